@@ -1,0 +1,329 @@
+// SPDX-FileCopyrightText: 2026 Halvar Controller contributors
+// SPDX-License-Identifier: Apache-2.0
+#ifndef HALVAR_QQMLOBJECTLISTMODEL_H
+#define HALVAR_QQMLOBJECTLISTMODEL_H
+
+#include <QAbstractListModel>
+#include <QByteArray>
+#include <QHash>
+#include <QList>
+#include <QMetaMethod>
+#include <QMetaProperty>
+#include <QSet>
+#include <QString>
+#include <QVariant>
+#include <QVector>
+
+#include <QsLog.h>
+
+#include "halvar-export.h"
+
+/// What QML sees of every list of items: the rows, their count, and the operations on them.
+///
+/// Lives on the interface thread. Operations report no errors: a row outside the list gives null,
+/// a null item is ignored, and an item of the wrong class is never found.
+class HALVAR_EXPORT QQmlObjectListModelBase : public QAbstractListModel
+{
+    Q_OBJECT
+    Q_PROPERTY(int count READ count NOTIFY countChanged)
+
+public:
+    explicit QQmlObjectListModelBase(QObject *parent = nullptr);
+    ~QQmlObjectListModelBase() override;
+
+public slots:
+    virtual int size() const = 0;
+    virtual int count() const = 0;
+    virtual bool isEmpty() const = 0;
+    virtual bool contains(QObject *item) const = 0;
+    /// Row of \p item, or -1.
+    virtual int indexOf(QObject *item) const = 0;
+    /// Number of the role called \p name, or -1.
+    virtual int roleForName(const QByteArray &name) const = 0;
+    virtual void clear() = 0;
+    virtual void append(QObject *item) = 0;
+    virtual void prepend(QObject *item) = 0;
+    /// \p idx is used as it is given; it must be a row of the list or its end.
+    virtual void insert(int idx, QObject *item) = 0;
+    /// Takes the item at the higher of the two rows to the lower one, whatever their order.
+    virtual void move(int idx, int pos) = 0;
+    virtual void remove(QObject *item) = 0;
+    virtual void remove(int idx) = 0;
+    /// Item at row \p idx, or null.
+    virtual QObject *get(int idx) const = 0;
+    /// Item whose identifier is \p uid, or null; always null for a list without identifiers.
+    virtual QObject *get(const QString &uid) const = 0;
+    /// Null when the list is empty.
+    virtual QObject *getFirst() const = 0;
+    /// Null when the list is empty.
+    virtual QObject *getLast() const = 0;
+    /// The items in row order.
+    virtual QVariantList toVarArray() const = 0;
+
+protected slots:
+    /// Reports the change that the sender's signal announces: dataChanged() of its row and role.
+    virtual void onItemPropertyChanged() = 0;
+
+signals:
+    /// Follows every insertion and removal that changes the number of rows.
+    void countChanged();
+};
+
+/// List of \a ItemType objects with one role per property of the class.
+///
+/// Roles: 256 "qtObject" is the item itself; 257 + i is the property of index i, inherited ones
+/// included; 0 (display) exists only when a display role name is given. A change announced by a
+/// property's notify signal arrives as dataChanged() of that row and role.
+///
+/// An item without parent becomes a child of the list; the list deletes (later) what it removes
+/// only when it is the parent.
+template <class ItemType>
+class QQmlObjectListModel : public QQmlObjectListModelBase
+{
+public:
+    /// \p uidRole names the property that identifies an item for get(QString), \p displayRole the one
+    /// that answers Qt::DisplayRole; either may be empty.
+    explicit QQmlObjectListModel(QObject *parent = nullptr, const QByteArray &uidRole = emptyBA(),
+                                 const QByteArray &displayRole = emptyBA())
+        : QQmlObjectListModelBase(parent)
+        , m_count(0)
+        , m_uidRoleName(uidRole)
+        , m_dispRoleName(displayRole)
+        , m_metaObj(ItemType::staticMetaObject)
+    {
+        static const QByteArray HANDLER = QByteArrayLiteral("onItemPropertyChanged()");
+        m_handler = metaObject()->method(metaObject()->indexOfMethod(HANDLER.constData()));
+        if (!m_dispRoleName.isEmpty())
+            m_roles.insert(Qt::DisplayRole, m_dispRoleName);
+        m_roles.insert(baseRole(), QByteArrayLiteral("qtObject"));
+        for (int i = 0; i < m_metaObj.propertyCount(); ++i) {
+            const QMetaProperty property = m_metaObj.property(i);
+            const QByteArray name(property.name());
+            if (roleNamesBlacklist().contains(name)) {
+                static const QByteArray CLASS_NAME =
+                    QByteArrayLiteral("QQmlObjectListModel<") + ItemType::staticMetaObject.className() + '>';
+                QLOG_WARN() << "Can't have" << name << "as a role name in" << CLASS_NAME.constData();
+                continue;
+            }
+            // The role follows the property's index: a name left out leaves a gap.
+            const int role = baseRole() + 1 + i;
+            m_roles.insert(role, name);
+            if (property.hasNotifySignal())
+                m_signalIdxToRole.insert(property.notifySignalIndex(), role);
+        }
+    }
+
+    int rowCount(const QModelIndex &parent = noParent()) const override
+    {
+        Q_UNUSED(parent)
+        return m_items.count();
+    }
+    QHash<int, QByteArray> roleNames() const override { return m_roles; }
+    QVariant data(const QModelIndex &index, int role) const override
+    {
+        ItemType *item = at(index.row());
+        const QByteArray name = propertyName(role);
+        if (!item || name.isEmpty())
+            return QVariant();
+        if (role == baseRole())
+            return QVariant::fromValue(static_cast<QObject *>(item));
+        return item->property(name.constData());
+    }
+    /// Emits nothing itself: dataChanged() comes when the property announces its change.
+    bool setData(const QModelIndex &index, const QVariant &value, int role) override
+    {
+        ItemType *item = at(index.row());
+        const QByteArray name = propertyName(role);
+        if (!item || role == baseRole() || name.isEmpty())
+            return false;
+        return item->setProperty(name.constData(), value);
+    }
+
+    typedef typename QList<ItemType *>::const_iterator const_iterator;
+    const_iterator begin() const { return m_items.constBegin(); }
+    const_iterator end() const { return m_items.constEnd(); }
+    const_iterator constBegin() const { return m_items.constBegin(); }
+    const_iterator constEnd() const { return m_items.constEnd(); }
+
+    /// Item at row \p idx, or null.
+    ItemType *at(int idx) const { return idx >= 0 && idx < m_items.count() ? m_items.at(idx) : nullptr; }
+    /// Item whose identifier is \p uid, or null.
+    ItemType *getByUid(const QString &uid) const { return m_indexByUid.value(uid, nullptr); }
+    /// Null when the list is empty.
+    ItemType *first() const { return at(0); }
+    /// Null when the list is empty.
+    ItemType *last() const { return at(m_items.count() - 1); }
+    const QList<ItemType *> &toList() const { return m_items; }
+    int indexOf(ItemType *item) const { return m_items.indexOf(item); }
+
+    void append(ItemType *item) { insert(m_items.count(), item); }
+    void prepend(ItemType *item) { insert(0, item); }
+    void insert(int idx, ItemType *item)
+    {
+        if (!item)
+            return;
+        Q_ASSERT_X(idx >= 0 && idx <= m_items.count(), "QQmlObjectListModel::insert", "row out of range");
+        beginInsertRows(noParent(), idx, idx);
+        m_items.insert(idx, item);
+        referenceItem(item);
+        endInsertRows();
+        updateCounter();
+    }
+
+    int size() const override { return m_items.count(); }
+    int count() const override { return m_items.count(); }
+    bool isEmpty() const override { return m_items.isEmpty(); }
+    bool contains(QObject *item) const override { return indexOf(item) >= 0; }
+    int indexOf(QObject *item) const override { return indexOf(qobject_cast<ItemType *>(item)); }
+    int roleForName(const QByteArray &name) const override { return m_roles.key(name, -1); }
+    void clear() override
+    {
+        if (m_items.isEmpty())
+            return;
+        beginRemoveRows(noParent(), 0, m_items.count() - 1);
+        for (ItemType *item : qAsConst(m_items))
+            dereferenceItem(item);
+        m_items.clear();
+        endRemoveRows();
+        updateCounter();
+    }
+    void append(QObject *item) override { append(qobject_cast<ItemType *>(item)); }
+    void prepend(QObject *item) override { prepend(qobject_cast<ItemType *>(item)); }
+    void insert(int idx, QObject *item) override { insert(idx, qobject_cast<ItemType *>(item)); }
+    void move(int idx, int pos) override
+    {
+        if (idx == pos || qMin(idx, pos) < 0 || qMax(idx, pos) >= m_items.count())
+            return;
+        // The interface swaps neighbours with move(i, i + 1) and move(i, i - 1) alike.
+        const int lowest = qMin(idx, pos);
+        const int highest = qMax(idx, pos);
+        beginMoveRows(noParent(), highest, highest, noParent(), lowest);
+        m_items.move(highest, lowest);
+        endMoveRows();
+    }
+    void remove(QObject *item) override { remove(indexOf(item)); }
+    void remove(int idx) override
+    {
+        if (idx < 0 || idx >= m_items.count())
+            return;
+        beginRemoveRows(noParent(), idx, idx);
+        dereferenceItem(m_items.takeAt(idx));
+        endRemoveRows();
+        updateCounter();
+    }
+    QObject *get(int idx) const override { return at(idx); }
+    QObject *get(const QString &uid) const override { return getByUid(uid); }
+    QObject *getFirst() const override { return first(); }
+    QObject *getLast() const override { return last(); }
+    QVariantList toVarArray() const override
+    {
+        QVariantList result;
+        result.reserve(m_items.count());
+        for (ItemType *item : m_items)
+            result.append(QVariant::fromValue(item));
+        return result;
+    }
+
+protected:
+    static const QString &emptyStr()
+    {
+        static const QString ret;
+        return ret;
+    }
+    static const QByteArray &emptyBA()
+    {
+        static const QByteArray ret;
+        return ret;
+    }
+    static const QModelIndex &noParent()
+    {
+        static const QModelIndex ret;
+        return ret;
+    }
+    static int baseRole() { return Qt::UserRole; }
+    /// Names that a QML delegate already uses for something else.
+    static const QSet<QByteArray> &roleNamesBlacklist()
+    {
+        static const QSet<QByteArray> ret{
+            QByteArrayLiteral("display"), QByteArrayLiteral("modelData"), QByteArrayLiteral("model"),
+            QByteArrayLiteral("class"),   QByteArrayLiteral("index"),
+        };
+        return ret;
+    }
+
+    void onItemPropertyChanged() override
+    {
+        ItemType *item = qobject_cast<ItemType *>(sender());
+        const int row = indexOf(item);
+        const int role = m_signalIdxToRole.value(senderSignalIndex(), -1);
+        if (row < 0 || role < 0)
+            return;
+        const QByteArray name = m_roles.value(role);
+        QVector<int> roles{role};
+        if (name == m_dispRoleName)
+            roles.append(Qt::DisplayRole);
+        emit dataChanged(index(row), index(row), roles);
+        if (!m_uidRoleName.isEmpty() && name == m_uidRoleName)
+            indexItem(item);
+    }
+
+private:
+    QByteArray propertyName(int role) const
+    {
+        return role == Qt::DisplayRole ? m_dispRoleName : m_roles.value(role);
+    }
+    void indexItem(ItemType *item)
+    {
+        unindexItem(item);
+        const QString uid = item->property(m_uidRoleName.constData()).toString();
+        if (!uid.isEmpty())
+            m_indexByUid.insert(uid, item);
+    }
+    void unindexItem(ItemType *item)
+    {
+        const QString uid = m_indexByUid.key(item, emptyStr());
+        if (!uid.isEmpty())
+            m_indexByUid.remove(uid);
+    }
+    void referenceItem(ItemType *item)
+    {
+        if (!item)
+            return;
+        if (!item->parent())
+            item->setParent(this);
+        for (auto it = m_signalIdxToRole.constBegin(); it != m_signalIdxToRole.constEnd(); ++it)
+            connect(item, item->metaObject()->method(it.key()), this, m_handler, Qt::UniqueConnection);
+        if (!m_uidRoleName.isEmpty())
+            indexItem(item);
+    }
+    void dereferenceItem(ItemType *item)
+    {
+        if (!item)
+            return;
+        disconnect(this, nullptr, item, nullptr);
+        disconnect(item, nullptr, this, nullptr);
+        if (!m_uidRoleName.isEmpty())
+            unindexItem(item);
+        if (item->parent() == this)
+            item->deleteLater();
+    }
+    void updateCounter()
+    {
+        if (m_count == m_items.count())
+            return;
+        m_count = m_items.count();
+        emit countChanged();
+    }
+
+    int m_count;
+    QByteArray m_uidRoleName;
+    QByteArray m_dispRoleName;
+    QMetaObject m_metaObj;
+    QMetaMethod m_handler;
+    QHash<int, QByteArray> m_roles;
+    QHash<int, int> m_signalIdxToRole;
+    QList<ItemType *> m_items;
+    QHash<QString, ItemType *> m_indexByUid;
+};
+
+#endif // HALVAR_QQMLOBJECTLISTMODEL_H
