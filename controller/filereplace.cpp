@@ -12,6 +12,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <QsLog.h>
+
 namespace halvar {
 
 namespace {
@@ -124,6 +126,17 @@ bool replaceFile(const QString &path, const QByteArray &content, ReplaceFailure 
     }
     syncDirectory(QFileInfo(path).path());
     return true;
+}
+
+bool isWriteProtected(const QString &path)
+{
+    const QFileInfo file(path);
+    return file.exists() && !file.isWritable();
+}
+
+void logReplaceFailure(const QString &path, const ReplaceFailure &failure)
+{
+    QLOG_ERROR() << "[Halvar Controller]: File" << path << "not saved:" << failure.reason;
 }
 
 } // namespace halvar

@@ -31,6 +31,13 @@ struct ReplaceFailure
 HALVAR_EXPORT bool replaceFile(const QString &path, const QByteArray &content,
                                ReplaceFailure *failure = nullptr, const QString &temporaryPath = QString());
 
+/// The file at \p path exists and its permissions keep this process from writing it. The directory would
+/// let it be replaced all the same; whoever respects the protection asks first.
+HALVAR_EXPORT bool isWriteProtected(const QString &path);
+
+/// Writes the one Error line that tells of a file at \p path that could not be saved.
+HALVAR_EXPORT void logReplaceFailure(const QString &path, const ReplaceFailure &failure);
+
 } // namespace halvar
 
 #endif // HALVAR_FILEREPLACE_H

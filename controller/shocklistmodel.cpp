@@ -1,0 +1,99 @@
+// SPDX-FileCopyrightText: 2026 Halvar Controller contributors
+// SPDX-License-Identifier: Apache-2.0
+#include "shocklistmodel.h"
+
+#include <QFile>
+#include <QRegularExpression>
+#include <QXmlStreamReader>
+#include <QXmlStreamWriter>
+
+#include "filereplace.h"
+
+namespace {
+
+const QString &format()
+{
+    static const QString ret = QStringLiteral("dd-MM-yyyy HH:mm:ss t");
+    return ret;
+}
+
+/// The local time at \p date and \p time whose zone is called \p zone, invalid when there is none. In the
+/// hour that is lived through twice in autumn, the zone tells which of both is meant.
+QDateTime localTime(const QDate &date, const QTime &time, const QString &zone)
+{
+    constexpr int hour = 3600;
+    const QDateTime local(date, time);
+    for (const QDateTime &candidate : {local, local.addSecs(hour), local.addSecs(-hour)}) {
+        if (candidate.isValid() && candidate.date() == date && candidate.time() == time
+            && candidate.timeZoneAbbreviation() == zone)
+            return candidate;
+    }
+    return QDateTime();
+}
+
+/// \p text as write() left it, under whatever time zone the instrument was set to then.
+QDateTime parsed(const QString &text)
+{
+    static const QRegularExpression pattern(
+        QStringLiteral("^(\\d\\d-\\d\\d-\\d{4}) (\\d\\d:\\d\\d:\\d\\d)(?: (\\S+))?$"));
+    const QRegularExpressionMatch match = pattern.match(text.trimmed());
+    const QDate date = QDate::fromString(match.captured(1), QStringLiteral("dd-MM-yyyy"));
+    const QTime time = QTime::fromString(match.captured(2), QStringLiteral("HH:mm:ss"));
+    if (!date.isValid() || !time.isValid())
+        return QDateTime();
+    const QDateTime local = localTime(date, time, match.captured(3));
+    if (local.isValid())
+        return local;
+    const QDateTime foreign = QDateTime::fromString(match.captured(), format());
+    if (foreign.isValid() && foreign.date() == date && foreign.time() == time)
+        return foreign;
+    // A zone nobody knows: the clock's reading is what the history is about. The local zone may skip that
+    // very hour in spring; UTC never does.
+    const QDateTime reading(date, time);
+    return reading.isValid() ? reading : QDateTime(date, time, Qt::UTC);
+}
+
+} // namespace
+
+ShockListModel::ShockListModel(const QString &home, QObject *parent)
+    : QQmlObjectListModel<Shock>(parent)
+    , m_file(new QFile(home + QLatin1String("shock/shock.xml"), this))
+{
+    read();
+}
+
+void ShockListModel::read()
+{
+    if (!m_file->open(QIODevice::ReadOnly))
+        return;
+    QXmlStreamReader xml(m_file);
+    if (xml.readNextStartElement() && xml.name() == QLatin1String("history_shocks")) {
+        while (xml.readNextStartElement()) {
+            if (xml.name() != QLatin1String("shock")) {
+                xml.skipCurrentElement();
+                continue;
+            }
+            const QString text = xml.readElementText(QXmlStreamReader::SkipChildElements);
+            if (!xml.hasError())
+                append(new Shock(parsed(text), this));
+        }
+    }
+    m_file->close();
+}
+
+void ShockListModel::write()
+{
+    if (halvar::isWriteProtected(m_file->fileName()))
+        return;
+    QByteArray content;
+    QXmlStreamWriter xml(&content);
+    xml.setAutoFormatting(true);
+    xml.writeStartDocument();
+    xml.writeStartElement(QStringLiteral("history_shocks"));
+    for (const Shock *shock : *this)
+        xml.writeTextElement(QStringLiteral("shock"), shock->dateTime().toString(format()));
+    xml.writeEndDocument();
+    halvar::ReplaceFailure failure;
+    if (!halvar::replaceFile(m_file->fileName(), content, &failure) && failure.opened)
+        halvar::logReplaceFailure(m_file->fileName(), failure);
+}

@@ -1,0 +1,39 @@
+// SPDX-FileCopyrightText: 2026 Halvar Controller contributors
+// SPDX-License-Identifier: Apache-2.0
+#include "xmltext.h"
+
+namespace halvar {
+
+namespace {
+
+bool isLoneSurrogate(const QString &text, int index)
+{
+    const QChar character = text.at(index);
+    if (character.isHighSurrogate())
+        return index + 1 == text.size() || !text.at(index + 1).isLowSurrogate();
+    if (character.isLowSurrogate())
+        return index == 0 || !text.at(index - 1).isHighSurrogate();
+    return false;
+}
+
+bool isAllowed(const QString &text, int index)
+{
+    const ushort code = text.at(index).unicode();
+    if (code < 0x20)
+        return code == '\t' || code == '\n' || code == '\r';
+    return code < 0xFFFE && !isLoneSurrogate(text, index);
+}
+
+} // namespace
+
+QString xmlText(const QString &text)
+{
+    QString result = text;
+    for (int i = 0; i < text.size(); ++i) {
+        if (!isAllowed(text, i))
+            result[i] = QChar(QChar::ReplacementCharacter);
+    }
+    return result;
+}
+
+} // namespace halvar
