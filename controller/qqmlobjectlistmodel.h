@@ -9,6 +9,7 @@
 #include <QList>
 #include <QMetaMethod>
 #include <QMetaProperty>
+#include <QPointer>
 #include <QSet>
 #include <QString>
 #include <QVariant>
@@ -17,6 +18,8 @@
 #include <QsLog.h>
 
 #include "halvar-export.h"
+#include "itemroles.h"
+#include "itemwatch.h"
 
 /// What QML sees of every list of items: the rows, their count, and the operations on them.
 ///
@@ -73,12 +76,13 @@ signals:
 ///
 /// Roles: 256 "qtObject" is the item itself; 257 + i is the property of index i, inherited ones
 /// included; 0 (display) exists only when a display role name is given. A change announced by a
-/// property's notify signal arrives as dataChanged() of that row and role.
+/// property's notify signal arrives as dataChanged() of that row and role, in a time that does not grow
+/// with the rows.
 ///
 /// An item without parent becomes a child of the list; the list deletes (later) what it removes
-/// only when it is the parent.
+/// only when it is the parent. The row of an item that somebody else deletes stays, and is null.
 template <class ItemType>
-class QQmlObjectListModel : public QQmlObjectListModelBase
+class HALVAR_EXPORT QQmlObjectListModel : public QQmlObjectListModelBase, private ItemWatch::Listener
 {
 public:
     /// \p uidRole names the property that identifies an item for get(QString), \p displayRole the one
@@ -90,26 +94,18 @@ public:
         , m_uidRoleName(uidRole)
         , m_dispRoleName(displayRole)
         , m_metaObj(ItemType::staticMetaObject)
+        , m_roles(itemRoles().names())
+        , m_signalIdxToRole(itemRoles().signalIdxToRole())
+        , m_watch(*this)
     {
         static const QByteArray HANDLER = QByteArrayLiteral("onItemPropertyChanged()");
         m_handler = metaObject()->method(metaObject()->indexOfMethod(HANDLER.constData()));
         if (!m_dispRoleName.isEmpty())
             m_roles.insert(Qt::DisplayRole, m_dispRoleName);
-        m_roles.insert(baseRole(), QByteArrayLiteral("qtObject"));
-        for (int i = 0; i < m_metaObj.propertyCount(); ++i) {
-            const QMetaProperty property = m_metaObj.property(i);
-            const QByteArray name(property.name());
-            if (roleNamesBlacklist().contains(name)) {
-                static const QByteArray CLASS_NAME =
-                    QByteArrayLiteral("QQmlObjectListModel<") + ItemType::staticMetaObject.className() + '>';
-                QLOG_WARN() << "Can't have" << name << "as a role name in" << CLASS_NAME.constData();
-                continue;
-            }
-            // The role follows the property's index: a name left out leaves a gap.
-            const int role = baseRole() + 1 + i;
-            m_roles.insert(role, name);
-            if (property.hasNotifySignal())
-                m_signalIdxToRole.insert(property.notifySignalIndex(), role);
+        for (const QByteArray &name : itemRoles().refusedNames()) {
+            static const QByteArray CLASS_NAME =
+                QByteArrayLiteral("QQmlObjectListModel<") + m_metaObj.className() + '>';
+            QLOG_WARN() << "Can't have" << name << "as a role name in" << CLASS_NAME.constData();
         }
     }
 
@@ -122,12 +118,17 @@ public:
     QVariant data(const QModelIndex &index, int role) const override
     {
         ItemType *item = at(index.row());
-        const QByteArray name = propertyName(role);
-        if (!item || name.isEmpty())
+        if (!item)
             return QVariant();
         if (role == baseRole())
             return QVariant::fromValue(static_cast<QObject *>(item));
-        return item->property(name.constData());
+        // A class derived from ItemType may declare a property of the same name anew, so only an item of
+        // exactly this class is read by the property's index.
+        const ItemProperty *property = itemRoles().property(role);
+        if (property && item->metaObject() == &ItemType::staticMetaObject)
+            return property->read(item);
+        const QByteArray name = propertyName(role);
+        return name.isEmpty() ? QVariant() : item->property(name.constData());
     }
     /// Emits nothing itself: dataChanged() comes when the property announces its change.
     bool setData(const QModelIndex &index, const QVariant &value, int role) override
@@ -146,7 +147,7 @@ public:
     const_iterator constEnd() const { return m_items.constEnd(); }
 
     /// Item at row \p idx, or null.
-    ItemType *at(int idx) const { return idx >= 0 && idx < m_items.count() ? m_items.at(idx) : nullptr; }
+    ItemType *at(int idx) const { return hasRow(idx) ? m_items.at(idx) : nullptr; }
     /// Item whose identifier is \p uid, or null.
     ItemType *getByUid(const QString &uid) const { return m_indexByUid.value(uid, nullptr); }
     /// Null when the list is empty.
@@ -154,7 +155,12 @@ public:
     /// Null when the list is empty.
     ItemType *last() const { return at(m_items.count() - 1); }
     const QList<ItemType *> &toList() const { return m_items; }
-    int indexOf(ItemType *item) const { return m_items.indexOf(item); }
+    /// First row of \p item, or -1.
+    int indexOf(ItemType *item) const
+    {
+        ItemWatch::Entry *entry = m_watch.find(item);
+        return entry ? rowOf(*entry) : -1;
+    }
 
     void append(ItemType *item) { insert(m_items.count(), item); }
     void prepend(ItemType *item) { insert(0, item); }
@@ -164,8 +170,11 @@ public:
             return;
         Q_ASSERT_X(idx >= 0 && idx <= m_items.count(), "QQmlObjectListModel::insert", "row out of range");
         beginInsertRows(noParent(), idx, idx);
+        // The hints of the shorter side are the ones that go stale.
+        if (idx < m_items.count() - idx)
+            --m_origin;
         m_items.insert(idx, item);
-        referenceItem(item);
+        referenceItem(item, idx);
         endInsertRows();
         updateCounter();
     }
@@ -175,7 +184,7 @@ public:
     bool isEmpty() const override { return m_items.isEmpty(); }
     bool contains(QObject *item) const override { return indexOf(item) >= 0; }
     int indexOf(QObject *item) const override { return indexOf(qobject_cast<ItemType *>(item)); }
-    int roleForName(const QByteArray &name) const override { return m_roles.key(name, -1); }
+    int roleForName(const QByteArray &name) const override { return ItemRoles::roleForName(m_roles, name); }
     void clear() override
     {
         if (m_items.isEmpty())
@@ -192,22 +201,27 @@ public:
     void insert(int idx, QObject *item) override { insert(idx, qobject_cast<ItemType *>(item)); }
     void move(int idx, int pos) override
     {
-        if (idx == pos || qMin(idx, pos) < 0 || qMax(idx, pos) >= m_items.count())
+        if (idx == pos || !hasRow(idx) || !hasRow(pos))
             return;
         // The interface swaps neighbours with move(i, i + 1) and move(i, i - 1) alike.
         const int lowest = qMin(idx, pos);
         const int highest = qMax(idx, pos);
         beginMoveRows(noParent(), highest, highest, noParent(), lowest);
         m_items.move(highest, lowest);
+        if (ItemWatch::Entry *entry = m_watch.find(m_items.at(lowest)))
+            entry->hint = hintOf(lowest);
         endMoveRows();
     }
     void remove(QObject *item) override { remove(indexOf(item)); }
     void remove(int idx) override
     {
-        if (idx < 0 || idx >= m_items.count())
+        if (!hasRow(idx))
             return;
         beginRemoveRows(noParent(), idx, idx);
-        dereferenceItem(m_items.takeAt(idx));
+        ItemType *item = m_items.takeAt(idx);
+        if (idx < m_items.count() - idx)
+            ++m_origin;
+        dereferenceItem(item);
         endRemoveRows();
         updateCounter();
     }
@@ -251,48 +265,116 @@ protected:
         return ret;
     }
 
+    // Called for each notify signal of an item, and by any signal that is connected to it.
     void onItemPropertyChanged() override
     {
-        ItemType *item = qobject_cast<ItemType *>(sender());
-        const int row = indexOf(item);
-        const int role = m_signalIdxToRole.value(senderSignalIndex(), -1);
+        if (const ItemWatch::Delivery *delivery = m_watch.takeDelivery()) {
+            const int row = rowOf(delivery->entry);
+            reportChange(at(row), row, m_signalIdxToRole.value(delivery->signal, -1));
+        } else {
+            ItemType *item = qobject_cast<ItemType *>(sender());
+            reportChange(item, indexOf(item), m_signalIdxToRole.value(senderSignalIndex(), -1));
+        }
+    }
+
+private:
+    static const ItemRoles &itemRoles()
+    {
+        static const ItemRoles ret(ItemType::staticMetaObject, baseRole(), roleNamesBlacklist());
+        return ret;
+    }
+    bool hasRow(int idx) const { return idx >= 0 && idx < m_items.count(); }
+    QByteArray propertyName(int role) const
+    {
+        return role == Qt::DisplayRole ? m_dispRoleName : m_roles.value(role);
+    }
+
+    void itemSignalled(ItemWatch::Entry &entry, int signal) override
+    {
+        if (!m_signalIdxToRole.contains(signal))
+            return;
+        const ItemWatch::Delivery delivery(m_watch, entry, signal);
+        onItemPropertyChanged();
+    }
+    void itemDestroyed(const ItemWatch::Entry &last) override
+    {
+        ItemWatch::Entry entry = last;
+        for (int row = rowOf(entry); row >= 0; row = rowOf(entry)) {
+            m_items[row] = nullptr;
+            if (--entry.rows == 0)
+                break;
+        }
+        unindexItem(last.item);
+    }
+    void reportChange(ItemType *item, int row, int role)
+    {
         if (row < 0 || role < 0)
             return;
         const QByteArray name = m_roles.value(role);
         QVector<int> roles{role};
         if (name == m_dispRoleName)
             roles.append(Qt::DisplayRole);
-        emit dataChanged(index(row), index(row), roles);
-        if (!m_uidRoleName.isEmpty() && name == m_uidRoleName)
+        const QModelIndex changed = index(row);
+        if (m_uidRoleName.isEmpty() || name != m_uidRoleName) {
+            emit dataChanged(changed, changed, roles);
+            return;
+        }
+        // A listener may take the item out of the list, or delete it, or the list.
+        const QPointer<QQmlObjectListModel> self(this);
+        const QPointer<ItemType> guard(item);
+        emit dataChanged(changed, changed, roles);
+        if (self && guard && m_watch.find(item))
             indexItem(item);
     }
 
-private:
-    QByteArray propertyName(int role) const
+    // Hints count from an origin that moves with insertions and removals near the front, so that those,
+    // like the ones near the end, leave most hints right.
+    uint hintOf(int row) const { return uint(row) + m_origin; }
+    int rowOf(ItemWatch::Entry &entry) const
     {
-        return role == Qt::DisplayRole ? m_dispRoleName : m_roles.value(role);
+        const auto holds = [this, &entry](int row) {
+            return hasRow(row) && static_cast<QObject *>(m_items.at(row)) == entry.item;
+        };
+        int row = int(entry.hint - m_origin);
+        if (entry.rows > 1) {
+            for (row = 0; row < m_items.count() && !holds(row);)
+                ++row;
+        } else if (!holds(row)) {
+            // Insertions and removals in the middle displace a hint by a few rows.
+            const int guess = qBound(0, row, m_items.count() - 1);
+            int distance = 0;
+            while (distance < m_items.count() && !holds(guess - distance) && !holds(guess + distance))
+                ++distance;
+            row = holds(guess - distance) ? guess - distance : guess + distance;
+        }
+        if (!hasRow(row))
+            return -1;
+        entry.hint = hintOf(row);
+        return row;
     }
+
     void indexItem(ItemType *item)
     {
         unindexItem(item);
         const QString uid = item->property(m_uidRoleName.constData()).toString();
-        if (!uid.isEmpty())
-            m_indexByUid.insert(uid, item);
+        if (uid.isEmpty())
+            return;
+        // Of two items with one identifier, the later one is found by it and the other by none.
+        m_uidByItem.remove(m_indexByUid.value(uid, nullptr));
+        m_indexByUid.insert(uid, item);
+        m_uidByItem.insert(item, uid);
     }
-    void unindexItem(ItemType *item)
+    void unindexItem(const QObject *item)
     {
-        const QString uid = m_indexByUid.key(item, emptyStr());
+        const QString uid = m_uidByItem.take(item);
         if (!uid.isEmpty())
             m_indexByUid.remove(uid);
     }
-    void referenceItem(ItemType *item)
+    void referenceItem(ItemType *item, int row)
     {
-        if (!item)
-            return;
         if (!item->parent())
             item->setParent(this);
-        for (auto it = m_signalIdxToRole.constBegin(); it != m_signalIdxToRole.constEnd(); ++it)
-            connect(item, item->metaObject()->method(it.key()), this, m_handler, Qt::UniqueConnection);
+        m_watch.reference(item, hintOf(row));
         if (!m_uidRoleName.isEmpty())
             indexItem(item);
     }
@@ -302,6 +384,7 @@ private:
             return;
         disconnect(this, nullptr, item, nullptr);
         disconnect(item, nullptr, this, nullptr);
+        m_watch.dereference(item);
         if (!m_uidRoleName.isEmpty())
             unindexItem(item);
         if (item->parent() == this)
@@ -324,6 +407,10 @@ private:
     QHash<int, int> m_signalIdxToRole;
     QList<ItemType *> m_items;
     QHash<QString, ItemType *> m_indexByUid;
+    // The way back of m_indexByUid.
+    QHash<const QObject *, QString> m_uidByItem;
+    ItemWatch m_watch;
+    uint m_origin = 0;
 };
 
 #endif // HALVAR_QQMLOBJECTLISTMODEL_H
