@@ -8,18 +8,12 @@
 #include <QTimer>
 
 #include <algorithm>
-#include <chrono>
 #include <deque>
 
 #include "mspcodec.h"
 
 namespace {
 
-using namespace std::chrono_literals;
-
-constexpr std::chrono::milliseconds replyLimit = 2s;
-constexpr std::chrono::milliseconds firstPause = 250ms;
-constexpr std::chrono::milliseconds longestPause = 5s;
 /// A server that has stopped reading is as good as gone.
 constexpr qint64 maximumUnsent = 1024 * 1024;
 
@@ -38,6 +32,7 @@ public:
     void info();
     void send(MSPCommand command, const QString &params);
     void open();
+    void setTimes(const Times &times);
 
 private:
     struct Command
@@ -72,7 +67,8 @@ private:
     std::unique_ptr<QLocalSocket> m_socket;
     std::unique_ptr<QTimer> m_retryTimer;
     std::unique_ptr<QTimer> m_limitTimer;
-    std::chrono::milliseconds m_pause = firstPause;
+    Times m_times;
+    int m_pause = m_times.firstPause;
     msp::FrameReader m_reader;
     std::deque<Command> m_commands; ///< not yet announced, in the order in which they were sent
     std::deque<Info> m_infos; ///< not yet answered
@@ -88,6 +84,7 @@ MSPClient::Private::~Private()
 void MSPClient::Private::create()
 {
     m_retryTimer = std::make_unique<QTimer>(q);
+    m_retryTimer->setObjectName(QStringLiteral("retry"));
     m_retryTimer->setSingleShot(true);
     connect(m_retryTimer.get(), &QTimer::timeout, q, [this] { open(); });
     m_limitTimer = std::make_unique<QTimer>(q);
@@ -99,6 +96,12 @@ void MSPClient::Private::create()
     connect(m_socket.get(), &QLocalSocket::disconnected, q, [this] { lost(); });
     connect(m_socket.get(), &QLocalSocket::errorOccurred, q, [this] { lost(); });
     connect(m_socket.get(), &QLocalSocket::readyRead, q, [this] { read(); });
+}
+
+void MSPClient::Private::setTimes(const Times &times)
+{
+    m_times = times;
+    m_pause = times.firstPause;
 }
 
 void MSPClient::Private::open()
@@ -128,7 +131,7 @@ void MSPClient::Private::lost()
     if (m_retryTimer->isActive())
         return;
     m_retryTimer->start(m_pause);
-    m_pause = std::min(2 * m_pause, longestPause);
+    m_pause = m_pause > m_times.longestPause / 2 ? m_times.longestPause : 2 * m_pause;
     m_socket->abort();
     // What the MSP made of these is unknown; sent again, a command could move the shutter twice.
     for (Command &command : m_commands) {
@@ -156,7 +159,7 @@ void MSPClient::Private::info()
 void MSPClient::Private::send(MSPCommand command, const QString &params)
 {
     open();
-    m_commands.push_back({{++m_lastNumber, command, params}, QDeadlineTimer(replyLimit), false, {}});
+    m_commands.push_back({{++m_lastNumber, command, params}, QDeadlineTimer(m_times.reply), false, {}});
     if (isConnected()) {
         write(m_commands.back());
     } else if (!isConnecting()) {
@@ -174,7 +177,7 @@ void MSPClient::Private::write(Command &command)
 
 void MSPClient::Private::write(Info &request)
 {
-    request.limit = QDeadlineTimer(replyLimit);
+    request.limit = QDeadlineTimer(m_times.reply);
     write(msp::Message(request.message));
 }
 
@@ -189,7 +192,7 @@ void MSPClient::Private::read()
     while (const std::optional<QByteArray> payload = m_reader.next()) {
         if (const std::optional<msp::Message> message = msp::decode(*payload)) {
             // It speaks, so this is a living server: after the next loss it is looked for at once.
-            m_pause = firstPause;
+            m_pause = m_times.firstPause;
             handle(*message);
         }
     }
@@ -278,7 +281,7 @@ void MSPClient::Private::scheduleLimits()
     if (nearest < 0)
         m_limitTimer->stop();
     else
-        m_limitTimer->start(std::chrono::milliseconds(nearest));
+        m_limitTimer->start(int(nearest));
 }
 
 MSPClient::MSPClient(QObject *parent)
@@ -298,6 +301,11 @@ void MSPClient::registerMetaTypes()
     qRegisterMetaType<MSPInfo>("MSPInfo");
     qRegisterMetaType<MSPClient::MSPCommand>("MSPClient::MSPCommand");
     qRegisterMetaType<MSPClient::MSPEvent>("MSPClient::MSPEvent");
+}
+
+void MSPClient::setTimes(const Times &times)
+{
+    d->setTimes(times);
 }
 
 void MSPClient::info()

@@ -59,14 +59,24 @@ public:
     /// made before any client exists.
     static void registerMetaTypes();
 
+    /// How long the link waits for what, in milliseconds. To be set in the thread of the client, or before
+    /// that thread runs.
+    struct Times
+    {
+        int reply = 2000; ///< for the answer to a command or a request
+        int firstPause = 250; ///< before the first attempt to find a lost server again
+        int longestPause = 5000; ///< the pause doubles up to this
+    };
+    void setTimes(const Times &times);
+
 public slots:
     /// Asks the MSP for its state; msp_info() brings the answer. The request is never dropped: without a
-    /// server it waits for one, and what a server leaves unanswered (2 s, or until it is lost) is asked
-    /// again. Requests that wait for the same connection share one answer.
+    /// server it waits for one, and what a server leaves unanswered (Times::reply, or until it is lost) is
+    /// asked again. Requests that wait for the same connection share one answer.
     void info();
     /// Sends one command with its parameters (none: a null string). Each command is followed by exactly one
     /// msp_success(), in the order of the commands: false when the MSP refuses it, when there is no server,
-    /// when the server is lost first or does not answer within 2 s. A command is never sent twice.
+    /// when the server is lost first or does not answer within Times::reply. A command is never sent twice.
     void send(MSPClient::MSPCommand command, QString const &params);
 
 signals:

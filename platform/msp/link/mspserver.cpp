@@ -118,11 +118,20 @@ void MSPServer::write(QLocalSocket *client, const QByteArray &bytes)
     client->flush();
 }
 
+void MSPServer::answer(Request request, const QByteArray &bytes)
+{
+    if (m_open.contains(request))
+        write(m_open.take(request).client, bytes);
+}
+
 void MSPServer::replySuccess(Request request, bool ok)
 {
-    const QByteArray bytes = successFrame(request, ok);
-    if (!bytes.isEmpty())
-        write(m_open.take(request).client, bytes);
+    answer(request, successFrame(request, ok));
+}
+
+void MSPServer::replyInfo(Request request, const MSPInfo &info)
+{
+    answer(request, infoFrame(request, info));
 }
 
 QByteArray MSPServer::successFrame(Request request, bool ok) const
@@ -133,12 +142,12 @@ QByteArray MSPServer::successFrame(Request request, bool ok) const
     return msp::frame(msp::encode(msp::CommandReply{open->number, ok}));
 }
 
-void MSPServer::replyInfo(Request request, const MSPInfo &info)
+QByteArray MSPServer::infoFrame(Request request, const MSPInfo &info) const
 {
-    if (!m_open.contains(request))
-        return;
-    const Open open = m_open.take(request);
-    write(open.client, msp::frame(msp::encode(msp::InfoReply{open.number, info})));
+    const auto open = m_open.constFind(request);
+    if (open == m_open.constEnd())
+        return {};
+    return msp::frame(msp::encode(msp::InfoReply{open->number, info}));
 }
 
 void MSPServer::sendEvent(MSPClient::MSPEvent event, short code)

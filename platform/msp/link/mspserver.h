@@ -37,8 +37,9 @@ public:
     /// Both answer once; a handle that was answered, or whose client has gone, is ignored.
     void replySuccess(Request request, bool ok);
     void replyInfo(Request request, const MSPInfo &info);
-    /// The bytes of a command's answer, for tests that spoil them; the handle stays open.
+    /// The bytes of these answers, for tests that spoil them; the handle stays open. Empty when it is not.
     QByteArray successFrame(Request request, bool ok) const;
+    QByteArray infoFrame(Request request, const MSPInfo &info) const;
 
     void sendEvent(MSPClient::MSPEvent event, short code = 0);
     /// Writes \p bytes to every client as they are.
@@ -64,6 +65,7 @@ private:
     void read(QLocalSocket *client);
     void handle(QLocalSocket *client, const msp::Message &message);
     void forget(QLocalSocket *client);
+    void answer(Request request, const QByteArray &bytes);
     void write(QLocalSocket *client, const QByteArray &bytes);
 
     QLocalServer m_server;
