@@ -1,0 +1,50 @@
+// SPDX-FileCopyrightText: 2026 Halvar Controller contributors
+// SPDX-License-Identifier: Apache-2.0
+#ifndef TESSEL_PROTOCOL_H
+#define TESSEL_PROTOCOL_H
+
+#include <QByteArray>
+
+#include "tessel/status.h"
+#include "tessel/tuple.h"
+
+namespace tessel {
+
+/// The messages between two processes, and their bytes. Pure functions, no state.
+namespace protocol {
+
+constexpr int HeaderSize = 4; // length of what follows, big-endian
+constexpr int MaxPayload = 1024 * 1024;
+constexpr int MaxNesting = 32; // tuples within tuples
+
+enum Kind : int {
+    Hello = 1, ///< who is there? interface and service name
+    Welcome = 2, ///< status, interface, service name and session
+    Call = 3, ///< session and request
+    Reply = 4 ///< status and reply
+};
+
+/// One message; which members count depends on its kind.
+struct Message
+{
+    Kind kind = Hello;
+    quint32 number = 0; ///< chosen by the caller, returned with the answer
+    int status = OK;
+    qint64 session = 0;
+    QByteArray interfaceName;
+    QByteArray serviceName;
+    Tuple tuple;
+};
+
+/// The whole frame, header included; empty when the message is too large or nests too deep.
+QByteArray encode(const Message &message);
+/// \param payload a frame without its header.
+/// \return OK, ERR_MALFORMED or ERR_TOO_LARGE; \p message then holds what could be read, its number included.
+Status decode(const QByteArray &payload, Message &message);
+/// Length announced by a header of HeaderSize bytes.
+quint32 payloadSize(const QByteArray &header);
+
+} // namespace protocol
+} // namespace tessel
+
+#endif // TESSEL_PROTOCOL_H

@@ -1,0 +1,215 @@
+// SPDX-FileCopyrightText: 2026 Halvar Controller contributors
+// SPDX-License-Identifier: Apache-2.0
+#include "transport.h"
+
+#include <QDeadlineTimer>
+#include <QHostAddress>
+#include <QHostInfo>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QTimer>
+
+#include "protocol.h"
+#include "tessel/description.h"
+
+namespace tessel {
+
+namespace {
+
+constexpr int MostConnections = 64;
+constexpr int FrameTime = 5000; // ms that a frame may take to come in whole
+constexpr int BufferSize = protocol::HeaderSize + protocol::MaxPayload;
+
+QHostAddress addressOf(const QByteArray &host)
+{
+    // Not through the resolver: this name never leaves the machine, whatever its hosts file says.
+    if (host == "localhost")
+        return QHostAddress(QHostAddress::LocalHost);
+    const QHostAddress literal(QString::fromLatin1(host));
+    if (!literal.isNull())
+        return literal;
+    const QList<QHostAddress> found = QHostInfo::fromName(QString::fromLatin1(host)).addresses();
+    return found.isEmpty() ? QHostAddress() : found.first();
+}
+
+int remaining(const QDeadlineTimer &deadline)
+{
+    return static_cast<int>(deadline.remainingTime());
+}
+
+class TcpConnection : public Connection
+{
+public:
+    bool open(const Description &address, int milliseconds)
+    {
+        m_socket.setReadBufferSize(BufferSize);
+        m_socket.connectToHost(addressOf(address.host), address.port);
+        if (!m_socket.waitForConnected(milliseconds))
+            return false;
+        m_socket.setSocketOption(QAbstractSocket::LowDelayOption, 1);
+        return true;
+    }
+
+    bool send(const QByteArray &frame, int milliseconds) override
+    {
+        const QDeadlineTimer deadline(milliseconds);
+        if (m_socket.state() != QAbstractSocket::ConnectedState || m_socket.write(frame) != frame.size())
+            return false;
+        m_socket.flush();
+        while (m_socket.bytesToWrite() > 0) {
+            if (deadline.hasExpired() || !m_socket.waitForBytesWritten(remaining(deadline)))
+                return false;
+        }
+        return true;
+    }
+
+    Status receive(QByteArray &payload, int milliseconds) override
+    {
+        const QDeadlineTimer deadline(milliseconds);
+        if (!await(protocol::HeaderSize, deadline))
+            return failure();
+        const quint32 size = protocol::payloadSize(m_socket.peek(protocol::HeaderSize));
+        if (size > protocol::MaxPayload)
+            return ERR_TOO_LARGE;
+        if (!await(protocol::HeaderSize + int(size), deadline))
+            return failure();
+        m_socket.skip(protocol::HeaderSize);
+        payload = m_socket.read(size);
+        return OK;
+    }
+
+private:
+    bool await(int bytes, const QDeadlineTimer &deadline)
+    {
+        while (m_socket.bytesAvailable() < bytes) {
+            if (!m_socket.waitForReadyRead(remaining(deadline)) && m_socket.bytesAvailable() < bytes)
+                return false;
+        }
+        return true;
+    }
+
+    Status failure() const
+    {
+        return m_socket.state() == QAbstractSocket::ConnectedState ? ERR_TIMED_OUT : ERR_PEER_GONE;
+    }
+
+    QTcpSocket m_socket;
+};
+
+/// One accepted connection: collects frames, hands them to the handler, writes the answers. Deletes itself.
+class ServedConnection : public QObject
+{
+public:
+    ServedConnection(QTcpSocket *socket, const Handler &handler, QObject *parent)
+        : QObject(parent)
+        , m_socket(socket)
+        , m_handler(handler)
+    {
+        m_socket->setParent(this);
+        m_socket->setReadBufferSize(BufferSize);
+        m_socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
+        m_frameTimer.setSingleShot(true);
+        connect(m_socket, &QTcpSocket::readyRead, this, &ServedConnection::serve);
+        connect(m_socket, &QTcpSocket::disconnected, this, &QObject::deleteLater);
+        // A peer that sends a frame by drops, or does not take its answers, holds its place no longer.
+        connect(&m_frameTimer, &QTimer::timeout, m_socket, &QTcpSocket::abort);
+    }
+
+private:
+    void serve()
+    {
+        while (m_socket->state() == QAbstractSocket::ConnectedState
+               && m_socket->bytesAvailable() >= protocol::HeaderSize) {
+            const quint32 size = protocol::payloadSize(m_socket->peek(protocol::HeaderSize));
+            if (size > protocol::MaxPayload) {
+                answer(m_handler(ERR_TOO_LARGE, QByteArray()));
+                return;
+            }
+            if (m_socket->bytesAvailable() < protocol::HeaderSize + qint64(size))
+                break;
+            m_frameTimer.stop();
+            m_socket->skip(protocol::HeaderSize);
+            answer(m_handler(OK, m_socket->read(size)));
+            if (m_socket->bytesToWrite() > BufferSize) {
+                m_socket->abort();
+                return;
+            }
+        }
+        if (m_socket->bytesAvailable() > 0 && !m_frameTimer.isActive())
+            m_frameTimer.start(FrameTime);
+    }
+
+    void answer(const Answer &answer)
+    {
+        if (!answer.frame.isEmpty()) {
+            m_socket->write(answer.frame);
+            m_socket->flush();
+        }
+        if (!answer.keepsConnection) {
+            m_socket->disconnect(this, nullptr);
+            connect(m_socket, &QTcpSocket::disconnected, this, &QObject::deleteLater);
+            m_frameTimer.start(FrameTime);
+            m_socket->disconnectFromHost();
+        }
+    }
+
+    QTcpSocket *const m_socket;
+    const Handler &m_handler;
+    QTimer m_frameTimer;
+};
+
+class TcpEndpoint : public Endpoint
+{
+public:
+    explicit TcpEndpoint(Handler handler)
+        : m_handler(std::move(handler))
+    {
+        QObject::connect(&m_server, &QTcpServer::newConnection, &m_server, [this] { accept(); });
+    }
+    ~TcpEndpoint() override { m_server.close(); }
+
+    bool open(const Description &address)
+    {
+        const QHostAddress host = addressOf(address.host);
+        return !host.isNull() && m_server.listen(host, address.port);
+    }
+
+    quint16 port() const override { return m_server.serverPort(); }
+
+private:
+    void accept()
+    {
+        while (QTcpSocket *socket = m_server.nextPendingConnection()) {
+            if (m_connections.children().size() >= MostConnections) {
+                socket->abort();
+                socket->deleteLater();
+                continue;
+            }
+            new ServedConnection(socket, m_handler, &m_connections);
+        }
+    }
+
+    const Handler m_handler;
+    QTcpServer m_server;
+    QObject m_connections; // their parent
+};
+
+} // namespace
+
+std::unique_ptr<Connection> openConnection(const Description &address, int milliseconds)
+{
+    auto connection = std::make_unique<TcpConnection>();
+    if (!connection->open(address, milliseconds))
+        return nullptr;
+    return connection;
+}
+
+std::unique_ptr<Endpoint> openEndpoint(const Description &address, Handler handler)
+{
+    auto endpoint = std::make_unique<TcpEndpoint>(std::move(handler));
+    if (!endpoint->open(address))
+        return nullptr;
+    return endpoint;
+}
+
+} // namespace tessel

@@ -1,0 +1,55 @@
+// SPDX-FileCopyrightText: 2026 Halvar Controller contributors
+// SPDX-License-Identifier: Apache-2.0
+#ifndef TESSEL_TRANSPORT_H
+#define TESSEL_TRANSPORT_H
+
+#include <QByteArray>
+
+#include <functional>
+#include <memory>
+
+#include "tessel/status.h"
+
+namespace tessel {
+
+struct Description;
+
+/// What carries frames between processes. One source implements it (tcptransport.cpp); another transport
+/// replaces that source.
+
+/// A caller's connection: blocking, used by the thread that opened it.
+class Connection
+{
+public:
+    virtual ~Connection() = default;
+    virtual bool send(const QByteArray &frame, int milliseconds) = 0;
+    /// The next frame's payload. ERR_TIMED_OUT, ERR_PEER_GONE or ERR_TOO_LARGE when there is none.
+    virtual Status receive(QByteArray &payload, int milliseconds) = 0;
+};
+
+/// Null when nothing accepts there within the time.
+std::unique_ptr<Connection> openConnection(const Description &address, int milliseconds);
+
+/// What an endpoint does with a payload that came in: the frame to answer with, and whether the connection
+/// may go on.
+struct Answer
+{
+    QByteArray frame;
+    bool keepsConnection = true;
+};
+using Handler = std::function<Answer(Status received, const QByteArray &payload)>;
+
+/// A listening end. Lives on, and calls its handler on, the thread that opened it, which runs an event loop.
+class Endpoint
+{
+public:
+    virtual ~Endpoint() = default;
+    virtual quint16 port() const = 0;
+};
+
+/// Null when the address cannot be listened on.
+std::unique_ptr<Endpoint> openEndpoint(const Description &address, Handler handler);
+
+} // namespace tessel
+
+#endif // TESSEL_TRANSPORT_H

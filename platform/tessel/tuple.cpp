@@ -1,0 +1,221 @@
+// SPDX-FileCopyrightText: 2026 Halvar Controller contributors
+// SPDX-License-Identifier: Apache-2.0
+#include "tessel/tuple.h"
+
+#include <QSharedData>
+#include <QVector>
+
+namespace tessel {
+
+namespace {
+
+struct Field
+{
+    QByteArray name;
+    Value value;
+    friend bool operator==(const Field &a, const Field &b) { return a.name == b.name && a.value == b.value; }
+};
+
+} // namespace
+
+struct Tuple::Data : QSharedData
+{
+    QByteArray className;
+    QVector<Field> fields;
+};
+
+Tuple::Tuple()
+    : d(new Data)
+{ }
+
+Tuple::Tuple(const char *className)
+    : d(new Data)
+{
+    d->className = className;
+}
+
+Tuple::Tuple(const Tuple &) = default;
+Tuple::Tuple(Tuple &&other) noexcept
+    : d(other.d)
+{ }
+Tuple &Tuple::operator=(const Tuple &) = default;
+Tuple &Tuple::operator=(Tuple &&other) noexcept
+{
+    d.swap(other.d);
+    return *this;
+}
+Tuple::~Tuple() = default;
+
+QByteArray Tuple::class_name() const
+{
+    return d->className;
+}
+
+void Tuple::set_class_name(const Symbol &className)
+{
+    d->className = className.name();
+}
+
+void Tuple::set_class_name(const QByteArray &className)
+{
+    d->className = className;
+}
+
+int Tuple::size() const
+{
+    return d->fields.size();
+}
+
+QByteArray Tuple::name(int index) const
+{
+    return index >= 0 && index < size() ? d->fields.at(index).name : QByteArray();
+}
+
+Value Tuple::value(int index) const
+{
+    return index >= 0 && index < size() ? d->fields.at(index).value : Value();
+}
+
+int Tuple::indexOf(const char *name) const
+{
+    for (int i = 0; i < d->fields.size(); ++i) {
+        if (d->fields.at(i).name == name)
+            return i;
+    }
+    return -1;
+}
+
+Value Tuple::get(const char *name) const
+{
+    return value(indexOf(name));
+}
+
+void Tuple::set(const char *name, const Value &value)
+{
+    set(QByteArray(name), value);
+}
+
+void Tuple::set(const QByteArray &name, const Value &value)
+{
+    const int index = indexOf(name.constData());
+    if (value.type() == T_NONE) {
+        if (index >= 0)
+            d->fields.removeAt(index);
+    } else if (index >= 0) {
+        d->fields[index].value = value;
+    } else {
+        d->fields.append({name, value});
+    }
+}
+
+bool Tuple::is_set(const char *name) const
+{
+    return indexOf(name) >= 0;
+}
+
+bool Tuple::is_set(const char *name, Types type) const
+{
+    const int index = indexOf(name);
+    return index >= 0 && d->fields.at(index).value.type() == type;
+}
+
+void Tuple::clear()
+{
+    d->fields.clear();
+}
+
+void Tuple::splice(const Tuple &other)
+{
+    const QVector<Field> fields = other.d->fields; // other may be this one
+    for (const Field &field : fields)
+        set(field.name, field.value);
+}
+
+bool operator==(const Tuple &a, const Tuple &b)
+{
+    return a.d == b.d || (a.d->className == b.d->className && a.d->fields == b.d->fields);
+}
+
+Value::Value() = default;
+Value::Value(bool value)
+    : m_value(value)
+{ }
+Value::Value(int value)
+    : m_value(value)
+{ }
+Value::Value(double value)
+    : m_value(value)
+{ }
+Value::Value(const AString &value)
+    : m_value(value)
+{ }
+Value::Value(const Tuple &value)
+    : m_value(std::make_shared<const Tuple>(value))
+{ }
+Value::Value(const TimeDate &value)
+    : m_value(value)
+{ }
+Value::Value(const TimePeriod &value)
+    : m_value(value)
+{ }
+Value::Value(const Value &) = default;
+Value::Value(Value &&) noexcept = default;
+Value &Value::operator=(const Value &) = default;
+Value &Value::operator=(Value &&) noexcept = default;
+Value::~Value() = default;
+
+Types Value::type() const
+{
+    return static_cast<Types>(m_value.index());
+}
+
+bool Value::toBool() const
+{
+    const bool *value = std::get_if<bool>(&m_value);
+    return value && *value;
+}
+
+int Value::toInt() const
+{
+    const int *value = std::get_if<int>(&m_value);
+    return value ? *value : 0;
+}
+
+double Value::toDouble() const
+{
+    const double *value = std::get_if<double>(&m_value);
+    return value ? *value : 0.0;
+}
+
+AString Value::toAString() const
+{
+    const AString *value = std::get_if<AString>(&m_value);
+    return value ? *value : AString();
+}
+
+Tuple Value::toTuple() const
+{
+    const auto *value = std::get_if<std::shared_ptr<const Tuple>>(&m_value);
+    return value ? **value : Tuple();
+}
+
+TimeDate Value::toTimeDate() const
+{
+    const TimeDate *value = std::get_if<TimeDate>(&m_value);
+    return value ? *value : TimeDate();
+}
+
+TimePeriod Value::toTimePeriod() const
+{
+    const TimePeriod *value = std::get_if<TimePeriod>(&m_value);
+    return value ? *value : TimePeriod();
+}
+
+bool operator==(const Value &a, const Value &b)
+{
+    if (a.type() == T_TUPLE && b.type() == T_TUPLE)
+        return a.toTuple() == b.toTuple();
+    return a.m_value == b.m_value;
+}
+
+} // namespace tessel
