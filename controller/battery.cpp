@@ -7,8 +7,6 @@
 
 #include <QsLog.h>
 
-#include <limits>
-
 namespace {
 
 using Levels = BatteryLevelsEnumClass;
@@ -21,14 +19,6 @@ Levels::BatteryLevels levelOf(long microvolts)
             return level;
     }
     return Levels::LEVEL_FULL;
-}
-
-/// More digits than a long holds are still a voltage, and a high one.
-long voltageFromText(const QString &digits)
-{
-    bool ok = false;
-    const long value = digits.toLong(&ok);
-    return ok ? value : std::numeric_limits<long>::max();
 }
 
 } // namespace
@@ -53,14 +43,14 @@ void Battery::update()
         setLevel(Levels::LEVEL_UNKNOW);
         return;
     }
-    // A gauge's line is a handful of bytes; whatever else stands there is not read to its end.
-    constexpr qint64 longestLine = 64;
+    // An attribute of sysfs is one page at most; whatever else stands there is not read to its end.
+    constexpr qint64 longestLine = 4096;
     const QString line = QString::fromLatin1(file.readLine(longestLine));
     file.close();
     static const QRegularExpression digits(QStringLiteral("^[0-9]+$"));
-    const QRegularExpressionMatch match = digits.match(line);
-    if (match.hasMatch())
-        m_tension = voltageFromText(line.trimmed());
+    // More digits than a long holds are no voltage either: they give 0.
+    if (digits.match(line).hasMatch())
+        m_tension = line.trimmed().toLong();
     setLevel(levelOf(m_tension));
 }
 

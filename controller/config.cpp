@@ -111,30 +111,34 @@ void Config::skipUnknown()
     m_reader.skipCurrentElement();
 }
 
-void Config::readText(QString &member)
+template <typename Value, typename Conversion>
+void Config::readValue(Value &member, Conversion convert)
 {
     const QString key = m_reader.name().toString();
-    member = m_reader.readElementText();
+    const QString text = m_reader.readElementText();
+    // Where the file breaks off inside a value, half of a number or of a password is worse than none.
+    if (m_reader.hasError())
+        return;
+    member = convert(text);
     QLOG_TRACE() << key << ": " << member;
+}
+
+void Config::readText(QString &member)
+{
+    readValue(member, [](const QString &text) { return text; });
 }
 
 void Config::readNumber(int &member)
 {
-    const QString key = m_reader.name().toString();
-    member = m_reader.readElementText().toInt(nullptr, 10);
-    QLOG_TRACE() << key << ": " << member;
+    readValue(member, [](const QString &text) { return text.toInt(nullptr, 10); });
 }
 
 void Config::readNumber(float &member)
 {
-    const QString key = m_reader.name().toString();
-    member = m_reader.readElementText().toFloat();
-    QLOG_TRACE() << key << ": " << member;
+    readValue(member, [](const QString &text) { return text.toFloat(); });
 }
 
 void Config::readDate(QDate &member)
 {
-    const QString key = m_reader.name().toString();
-    member = dateFromText(m_reader.readElementText());
-    QLOG_TRACE() << key << ": " << member;
+    readValue(member, dateFromText);
 }

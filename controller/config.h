@@ -67,6 +67,8 @@ private:
     void readVersions();
     void readConfigUnit();
     void skipUnknown();
+    template <typename Value, typename Conversion>
+    void readValue(Value &member, Conversion convert);
     void readText(QString &member);
     void readNumber(int &member);
     void readNumber(float &member);
