@@ -1,0 +1,647 @@
+// SPDX-FileCopyrightText: 2026 Halvar Controller contributors
+// SPDX-License-Identifier: Apache-2.0
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QMetaMethod>
+#include <QTemporaryDir>
+#include <QTextCodec>
+#include <QtTest>
+
+#include <csignal>
+#include <memory>
+
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <rapidcheck.h>
+
+#include "database.h"
+#include "logrecorder.h"
+
+namespace {
+
+const char openFailure[] =
+    "DEBUG [Halvar Controller]: Une erreur s'est produite lors de l'ouverture du fichier!";
+
+QStringList titles(const DatabaseItemListModel *list)
+{
+    QStringList result;
+    for (const DatabaseItem *item : *list)
+        result.append(item->title());
+    return result;
+}
+
+/// All that the eight lists hold, one line per item.
+QStringList content(const Database &database)
+{
+    QStringList result;
+    const DatabaseItemListModel *const lists[] = {
+        database.m_LocalItemsListModel,     database.m_ElementItemsListModel,
+        database.m_SubstratItemsListModel,  database.m_RevetementItemsListModel,
+        database.m_NonVisiteItemsListModel, database.m_NonMesureItemsListModel,
+        database.m_EtatUsageItemsListModel, database.m_EtatDegradeItemsListModel,
+    };
+    int number = 0;
+    for (const DatabaseItemListModel *list : lists) {
+        for (const DatabaseItem *item : *list) {
+            result.append(QStringLiteral("%1|%2|%3|%4|%5|%6")
+                              .arg(number)
+                              .arg(item->type())
+                              .arg(item->original())
+                              .arg(item->activated())
+                              .arg(item->image(), item->title()));
+        }
+        ++number;
+    }
+    return result;
+}
+
+QByteArray item(const char *title)
+{
+    return QByteArray("<item type=\"t\" original=\"true\" activated=\"true\"><image/><title lang=\"fr\">")
+        + title + "</title></item>";
+}
+
+const QByteArray diagnosticWithoutItems =
+    "<database_diagnostic><non_visite/><non_mesure/><etat_usage/><etat_degrade/></database_diagnostic>";
+
+} // namespace
+
+class TstDatabase : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::unique_ptr<QTemporaryDir> m_directory;
+    std::unique_ptr<Database> m_database;
+
+    QString home() const { return m_directory->path() + QLatin1Char('/'); }
+    QString unitPath() const { return home() + QStringLiteral("database/database_unit.xml"); }
+    void write(const char *name, const QByteArray &bytes) const
+    {
+        QFile file(home() + QStringLiteral("database/") + QLatin1String(name));
+        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+            qFatal("Cannot write %s", qPrintable(file.fileName()));
+    }
+    QByteArray unitFile() const
+    {
+        QFile file(unitPath());
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(cannot be read)");
+    }
+    static QByteArray reference(const char *name)
+    {
+        QFile file(QStringLiteral(HALVAR_SOURCE_DIR "/tests/data/database/") + QLatin1String(name));
+        if (!file.open(QIODevice::ReadOnly))
+            qFatal("Cannot read %s", qPrintable(file.fileName()));
+        return file.readAll();
+    }
+    /// A unit file of this content beside a diagnostic file without items.
+    bool readUnit(const QByteArray &bytes)
+    {
+        write("database_unit.xml", bytes);
+        write("database_diagnostic.xml", diagnosticWithoutItems);
+        return m_database->read(home());
+    }
+    ino_t unitInode() const
+    {
+        struct stat status = {};
+        return stat(QFile::encodeName(unitPath()).constData(), &status) == 0 ? status.st_ino : 0;
+    }
+
+private slots:
+    void init()
+    {
+        m_directory = std::make_unique<QTemporaryDir>();
+        QVERIFY(QDir(m_directory->path()).mkpath(QStringLiteral("database/locaux")));
+        QFile picture(home() + QStringLiteral("database/locaux/cuisine.png"));
+        QVERIFY(picture.open(QIODevice::WriteOnly));
+        m_database = std::make_unique<Database>();
+    }
+
+    void newDatabase_hasEightEmptyListsWithoutParent()
+    {
+        QCOMPARE(content(*m_database), QStringList());
+        QCOMPARE(m_database->m_LocalItemsListModel->parent(), nullptr);
+        QCOMPARE(m_database->m_EtatDegradeItemsListModel->parent(), nullptr);
+    }
+
+    void lists_dieWithTheDatabase()
+    {
+        QPointer<DatabaseItemListModel> first = m_database->m_LocalItemsListModel;
+        QPointer<DatabaseItemListModel> last = m_database->m_EtatDegradeItemsListModel;
+        m_database.reset();
+        QVERIFY(!first);
+        QVERIFY(!last);
+    }
+
+    void slots_areReadAndWrite()
+    {
+        const QMetaObject &metaObject = Database::staticMetaObject;
+        QStringList found;
+        for (int i = metaObject.methodOffset(); i < metaObject.methodCount(); ++i) {
+            const QMetaMethod method = metaObject.method(i);
+            QCOMPARE(method.methodType(), QMetaMethod::Slot);
+            QCOMPARE(method.access(), QMetaMethod::Public);
+            found.append(QString::fromLatin1(method.typeName()) + QLatin1Char(' ')
+                         + QString::fromLatin1(method.methodSignature()));
+        }
+        QCOMPARE(found, (QStringList{QStringLiteral("bool read(QString)"), QStringLiteral("bool write()")}));
+    }
+
+    void read_fillsTheEightLists()
+    {
+        write("database_unit.xml", reference("database_unit.xml"));
+        write("database_diagnostic.xml", reference("database_diagnostic.xml"));
+        LogRecorder log;
+        QVERIFY(m_database->read(home()));
+        QCOMPARE(content(*m_database),
+                 (QStringList{
+                     QStringLiteral("0|locaux|1|1|file:%1database/locaux/cuisine.png|Cuisine").arg(home()),
+                     QStringLiteral("0|locaux|1|0||Salle d'eau <n°1> & \"annexe\""),
+                     QStringLiteral("0|local|0|1||Grenier"),
+                     QStringLiteral("1|elements|1|1||Fenêtre"),
+                     QStringLiteral("3|revetements|1|1||Peinture"),
+                     QStringLiteral("4|non_visite|1|1||Porte fermée"),
+                     QStringLiteral("5|non_mesure|1|1||Hors d'atteinte"),
+                     QStringLiteral("6|etat_usage|1|1||Usure par friction"),
+                     QStringLiteral("7|etat_degrade|1|1||Écaillage"),
+                 }));
+        const QStringList lines = log.lines();
+        QCOMPARE(lines.value(0), QStringLiteral("DEBUG [Halvar Controller]: Reading database_unit."));
+        QCOMPARE(lines.value(1), QStringLiteral("DEBUG Image: \"cuisine.png\""));
+        const QString path = home() + QStringLiteral("database/locaux/cuisine.png");
+        QCOMPARE(lines.value(2), QStringLiteral("DEBUG PATH 1:  \"%1\"").arg(path));
+        QCOMPARE(lines.value(3), QStringLiteral("DEBUG PATH 2:  \"%1\"").arg(path));
+        QCOMPARE(lines.value(4), QStringLiteral("DEBUG PATH 3:  \"file:%1\"").arg(path));
+        QCOMPARE(lines.value(5), QStringLiteral("DEBUG Title: \"Cuisine\""));
+        QCOMPARE(lines.value(6), QStringLiteral("DEBUG Image: \"\""));
+        QCOMPARE(log.count(QStringLiteral("DEBUG [Halvar Controller]: Reading database_diagnostic.")), 1);
+        QCOMPARE(lines.filter(QStringLiteral("Title:")).size(), 9);
+    }
+
+    void readTwice_appendsEveryItemAgain()
+    {
+        QVERIFY(readUnit(reference("database_unit.xml")));
+        QVERIFY(m_database->read(home()));
+        QCOMPARE(titles(m_database->m_ElementItemsListModel),
+                 (QStringList{QStringLiteral("Fenêtre"), QStringLiteral("Fenêtre")}));
+        QCOMPARE(m_database->m_LocalItemsListModel->size(), 6);
+    }
+
+    void readItems_belongToTheirList()
+    {
+        QVERIFY(readUnit(reference("database_unit.xml")));
+        QCOMPARE(m_database->m_LocalItemsListModel->first()->parent(), m_database->m_LocalItemsListModel);
+        QCOMPARE(m_database->m_LocalItemsListModel->home(), home());
+    }
+
+    void sectionsInAnyOrder_fillTheSameLists()
+    {
+        QVERIFY(readUnit("<database_unit><revetements>" + item("R") + "</revetements><locaux>" + item("L")
+                         + "</locaux><elements>" + item("E") + "</elements><substrats>" + item("S")
+                         + "</substrats></database_unit>"));
+        QCOMPARE(titles(m_database->m_LocalItemsListModel), QStringList{QStringLiteral("L")});
+        QCOMPARE(titles(m_database->m_ElementItemsListModel), QStringList{QStringLiteral("E")});
+        QCOMPARE(titles(m_database->m_SubstratItemsListModel), QStringList{QStringLiteral("S")});
+        QCOMPARE(titles(m_database->m_RevetementItemsListModel), QStringList{QStringLiteral("R")});
+    }
+
+    void sections_areFour_whateverTheFileHolds_data()
+    {
+        QTest::addColumn<QByteArray>("sections");
+        QTest::addColumn<QString>("locaux");
+        QTest::addColumn<QString>("elements");
+        const QByteArray room = "<locaux>" + item("L") + "</locaux>";
+        const QByteArray element = "<elements>" + item("E") + "</elements>";
+        const QByteArray unknown = "<toits>" + item("T") + "</toits>";
+        const QString l = QStringLiteral("L");
+        const QString e = QStringLiteral("E");
+        QTest::newRow("none") << QByteArray() << QString() << QString();
+        QTest::newRow("one") << room << l << QString();
+        QTest::newRow("three") << room + element + "<substrats/>" << l << e;
+        QTest::newRow("the fifth is ignored")
+            << room + "<substrats/><revetements/><substrats/>" + element << l << QString();
+        QTest::newRow("the same twice") << room + room << QStringLiteral("L L") << QString();
+        QTest::newRow("section of the other file") << "<non_visite/>" + room << l << QString();
+        QTest::newRow("unknown one keeps the list before it")
+            << room + unknown + element << QStringLiteral("L T") << e;
+        QTest::newRow("unknown one at the start has no list") << unknown + room << l << QString();
+        QTest::newRow("name in capitals is unknown")
+            << element + "<LOCAUX>" + item("L") + "</LOCAUX>" << QString() << QStringLiteral("E L");
+    }
+    void sections_areFour_whateverTheFileHolds()
+    {
+        QFETCH(QByteArray, sections);
+        QVERIFY(readUnit("<database_unit>" + sections + "</database_unit>"));
+        QTEST(titles(m_database->m_LocalItemsListModel).join(QLatin1Char(' ')), "locaux");
+        QTEST(titles(m_database->m_ElementItemsListModel).join(QLatin1Char(' ')), "elements");
+    }
+
+    void unknownFirstSectionOfTheDiagnosticFile_fillsNoUnitList()
+    {
+        write("database_unit.xml", reference("database_unit.xml"));
+        write("database_diagnostic.xml",
+              "<database_diagnostic><inconnu>" + item("X") + "</inconnu></database_diagnostic>");
+        QVERIFY(m_database->read(home()));
+        QVERIFY(content(*m_database).filter(QStringLiteral("|X")).isEmpty());
+    }
+
+    void itemDetails_areReadAsWritten_data()
+    {
+        QTest::addColumn<QByteArray>("xml");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("activated in capitals is false")
+            << QByteArray("<item type=\"a\" original=\"TRUE\" activated=\"TRUE\"><title>t</title></item>")
+            << QStringLiteral("0|a|0|0||t");
+        QTest::newRow("no attributes")
+            << QByteArray("<item><title>t</title></item>") << QStringLiteral("0||1|1||t");
+        QTest::newRow("other attributes") << QByteArray("<item id=\"7\" lang=\"de\"><title>t</title></item>")
+                                          << QStringLiteral("0||1|1||t");
+        QTest::newRow("picture without type is dropped")
+            << QByteArray("<item><image>cuisine.png</image><title>t</title></item>")
+            << QStringLiteral("0||1|1||t");
+        QTest::newRow("language is ignored")
+            << QByteArray("<item><title lang=\"de\">t</title></item>") << QStringLiteral("0||1|1||t");
+        QTest::newRow("empty item") << QByteArray("<item/>") << QStringLiteral("0||1|1||");
+        QTest::newRow("unknown children are skipped whole")
+            << QByteArray("<item><note><title>no</title><image>qrc:/n</image></note><title>t</title>"
+                          "<x/></item>")
+            << QStringLiteral("0||1|1||t");
+        QTest::newRow("elements inside the text")
+            << QByteArray("<item><title>a<b>no</b>c</title></item>") << QStringLiteral("0||1|1||ac");
+        QTest::newRow("title twice: the later one")
+            << QByteArray("<item><title>1</title><title>2</title></item>") << QStringLiteral("0||1|1||2");
+        QTest::newRow("CDATA") << QByteArray("<item><title><![CDATA[<a> & b]]></title></item>")
+                               << QStringLiteral("0||1|1||<a> & b");
+        QTest::newRow("comment inside")
+            << QByteArray("<item><title>a<!-- b -->c</title></item>") << QStringLiteral("0||1|1||ac");
+        QTest::newRow("other children of the section")
+            << QByteArray("<group><item><title>no</title></item></group><item><title>t</title></item>")
+            << QStringLiteral("0||1|1||t");
+    }
+    void itemDetails_areReadAsWritten()
+    {
+        QFETCH(QByteArray, xml);
+        QVERIFY(readUnit("<database_unit><locaux>" + xml + "</locaux></database_unit>"));
+        QTEST(content(*m_database).join(QLatin1Char('\n')), "expected");
+    }
+
+    void missingFile_isReportedAndEndsTheReading_data()
+    {
+        QTest::addColumn<bool>("unit");
+        QTest::addColumn<bool>("diagnostic");
+        QTest::addColumn<int>("items");
+        QTest::newRow("both") << false << false << 0;
+        QTest::newRow("unit file") << false << true << 0;
+        QTest::newRow("diagnostic file") << true << false << 5;
+    }
+    void missingFile_isReportedAndEndsTheReading()
+    {
+        QFETCH(bool, unit);
+        QFETCH(bool, diagnostic);
+        if (unit)
+            write("database_unit.xml", reference("database_unit.xml"));
+        if (diagnostic)
+            write("database_diagnostic.xml", reference("database_diagnostic.xml"));
+        LogRecorder log;
+        QVERIFY(!m_database->read(home()));
+        QCOMPARE(log.count(QString::fromUtf8(openFailure)), 1);
+        QCOMPARE(log.lines().filter(QStringLiteral("Reading")).size(), unit ? 1 : 0);
+        QTEST(content(*m_database).size(), "items");
+    }
+
+    void otherRoot_contributesNothing()
+    {
+        LogRecorder log;
+        QVERIFY(readUnit("<database><locaux>" + item("L") + "</locaux></database>"));
+        QCOMPARE(content(*m_database), QStringList());
+        QCOMPARE(log.lines(),
+                 QStringList{QStringLiteral("DEBUG [Halvar Controller]: Reading database_diagnostic.")});
+    }
+
+    void damagedUnitFile_keepsTheDiagnosticFileUnread()
+    {
+        write("database_unit.xml",
+              "<database_unit><locaux>" + item("L") + "</locaux><elements></oops></database_unit>");
+        write("database_diagnostic.xml", reference("database_diagnostic.xml"));
+        LogRecorder log;
+        QVERIFY(!m_database->read(home()));
+        QCOMPARE(content(*m_database), QStringList{QStringLiteral("0|t|1|1||L")});
+        QVERIFY(log.lines().filter(QStringLiteral("database_diagnostic")).isEmpty());
+    }
+
+    void damagedDiagnosticFile_isAFailure()
+    {
+        write("database_unit.xml", reference("database_unit.xml"));
+        write("database_diagnostic.xml", "<database_diagnostic><non_visite>" + item("N") + "</oops>");
+        QVERIFY(!m_database->read(home()));
+        QCOMPARE(titles(m_database->m_NonVisiteItemsListModel), QStringList{QStringLiteral("N")});
+    }
+
+    void fileCutAtAnyByte_givesWhatIsReadable()
+    {
+        const QByteArray whole = reference("database_unit.xml");
+        QVERIFY(readUnit(whole));
+        const QStringList all = content(*m_database);
+        int failures = 0;
+        for (int length = 0; length < whole.size(); ++length) {
+            m_database = std::make_unique<Database>();
+            if (!readUnit(whole.left(length)))
+                ++failures;
+            const QStringList read = content(*m_database);
+            // Whole items only, in order, none of them blank or with half a title.
+            QCOMPARE(read, all.mid(0, read.size()));
+        }
+        // Reading ends behind the fourth section: only what is cut before its end is missed.
+        QVERIFY2(failures > whole.indexOf("</revetements>") - 2, qPrintable(QString::number(failures)));
+    }
+
+    void document_isReadInAnyEncodingAndLineEnd_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        const QString text = QString::fromUtf8(reference("database_unit.xml"));
+        QString crlf = text;
+        crlf.replace(QLatin1Char('\n'), QLatin1String("\r\n"));
+        const auto utf16 = [](QString document, const char *codec) {
+            document.replace(QLatin1String("UTF-8"), QLatin1String("UTF-16"));
+            return QTextCodec::codecForName(codec)->fromUnicode(document);
+        };
+        QTest::newRow("CR LF") << crlf.toUtf8();
+        QTest::newRow("byte order mark") << "\xEF\xBB\xBF" + text.toUtf8();
+        QTest::newRow("UTF-16") << utf16(text, "UTF-16");
+        QTest::newRow("UTF-16 with CR LF") << utf16(crlf, "UTF-16");
+        QString latin = text;
+        latin.replace(QLatin1String("UTF-8"), QLatin1String("ISO-8859-1"));
+        QTest::newRow("Latin 1") << latin.toLatin1();
+    }
+    void document_isReadInAnyEncodingAndLineEnd()
+    {
+        QFETCH(QByteArray, bytes);
+        QVERIFY(readUnit(reference("database_unit.xml")));
+        const QStringList expected = content(*m_database);
+        m_database = std::make_unique<Database>();
+        QVERIFY(readUnit(bytes));
+        QCOMPARE(content(*m_database), expected);
+    }
+
+    void entityBomb_isRefused()
+    {
+        QByteArray bomb = "<?xml version=\"1.0\"?><!DOCTYPE database_unit [<!ENTITY e0 \"aaaaaaaaaa\">";
+        for (int i = 1; i < 10; ++i) {
+            const QByteArray before = "&e" + QByteArray::number(i - 1) + ';';
+            bomb += "<!ENTITY e" + QByteArray::number(i) + " \"" + before.repeated(10) + "\">";
+        }
+        bomb += "]><database_unit><locaux>" + item("L") + item("&e9;") + "</locaux></database_unit>";
+        QVERIFY(!readUnit(bomb));
+        QCOMPARE(titles(m_database->m_LocalItemsListModel), QStringList{QStringLiteral("L")});
+    }
+
+    void deepNesting_isSkipped()
+    {
+        constexpr int depth = 100000;
+        QVERIFY(readUnit("<database_unit><locaux><item>" + QByteArray("<d>").repeated(depth)
+                         + QByteArray("</d>").repeated(depth)
+                         + "<title>t</title></item></locaux></database_unit>"));
+        QCOMPARE(titles(m_database->m_LocalItemsListModel), QStringList{QStringLiteral("t")});
+    }
+
+    void written_isTheReferenceDocument()
+    {
+        QVERIFY(readUnit(reference("database_unit.xml")));
+        QVERIFY(QFile::remove(unitPath()));
+        QVERIFY(m_database->write());
+        QCOMPARE(unitFile(), reference("database_unit.xml"));
+        QVERIFY(m_database->write());
+        QCOMPARE(unitFile(), reference("database_unit.xml"));
+    }
+
+    void emptyLists_areFourEmptySections()
+    {
+        QVERIFY(readUnit("<database_unit/>"));
+        QVERIFY(m_database->write());
+        QCOMPARE(unitFile(),
+                 QByteArray("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<database_unit>\n"
+                            "    <locaux/>\n    <elements/>\n    <substrats/>\n"
+                            "    <revetements/>\n</database_unit>"));
+    }
+
+    void writing_leavesTheDiagnosticFile()
+    {
+        write("database_unit.xml", reference("database_unit.xml"));
+        write("database_diagnostic.xml", reference("database_diagnostic.xml"));
+        QVERIFY(m_database->read(home()));
+        m_database->m_NonVisiteItemsListModel->add(QStringLiteral("Nouveau"), QString());
+        QVERIFY(m_database->write());
+        QFile file(home() + QStringLiteral("database/database_diagnostic.xml"));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll(), reference("database_diagnostic.xml"));
+    }
+
+    void picture_isWrittenAsItsBareName_data()
+    {
+        QTest::addColumn<QString>("image");
+        QTest::addColumn<QByteArray>("written");
+        QTest::newRow("file URL") << QStringLiteral("file:/data/database/locaux/c.png")
+                                  << QByteArray("c.png");
+        QTest::newRow("resource") << QStringLiteral("qrc:/images/c.png") << QByteArray("c.png");
+        QTest::newRow("URL without folder") << QStringLiteral("file:c.png") << QByteArray("c.png");
+        QTest::newRow("marks that URLs use")
+            << QStringLiteral("file:/d/n#1?100%20.png") << QByteArray("n#1?100%20.png");
+        QTest::newRow("empty") << QString() << QByteArray();
+    }
+    void picture_isWrittenAsItsBareName()
+    {
+        QFETCH(QString, image);
+        QFETCH(QByteArray, written);
+        QVERIFY(readUnit("<database_unit/>"));
+        m_database->m_LocalItemsListModel->add(QStringLiteral("t"), image);
+        QVERIFY(m_database->write());
+        QVERIFY2(unitFile().contains("<image>" + written + "</image>"), unitFile().constData());
+    }
+
+    void textThatXmlCannotHold_leavesTheFileReadable()
+    {
+        QVERIFY(readUnit("<database_unit/>"));
+        m_database->m_LocalItemsListModel->add(QStringLiteral("a\x01") + QChar(0xD800) + QLatin1Char('b'),
+                                               QString(), QStringLiteral("\x02"));
+        m_database->m_ElementItemsListModel->add(QStringLiteral("Mur"), QString());
+        QVERIFY(m_database->write());
+        Database again;
+        QVERIFY(again.read(home()));
+        QCOMPARE(titles(again.m_LocalItemsListModel), QStringList{QStringLiteral("a\uFFFD\uFFFDb")});
+        QCOMPARE(titles(again.m_ElementItemsListModel), QStringList{QStringLiteral("Mur")});
+    }
+
+    void writtenLists_areReadBack_forAnyContent()
+    {
+        // What XML keeps letter for letter: no carriage return, no control characters.
+        const auto text = [] {
+            QString result;
+            for (int code : *rc::gen::container<std::vector<int>>(
+                     rc::gen::oneOf(rc::gen::inRange(0x20, 0x7F), rc::gen::inRange(0xA0, 0xD800),
+                                    rc::gen::just(int('\n')), rc::gen::just(int('&')))))
+                result.append(QChar(code));
+            return result;
+        };
+        QVERIFY(rc::check("write, then read", [&] {
+            Database database;
+            write("database_unit.xml", "<database_unit/>");
+            write("database_diagnostic.xml", diagnosticWithoutItems);
+            RC_ASSERT(database.read(home()));
+            DatabaseItemListModel *const lists[] = {
+                database.m_LocalItemsListModel, database.m_ElementItemsListModel,
+                database.m_SubstratItemsListModel, database.m_RevetementItemsListModel};
+            for (DatabaseItemListModel *list : lists) {
+                for (int i = *rc::gen::inRange(0, 4); i > 0; --i) {
+                    list->add(text(), QString(), text());
+                    list->last()->setActivated(*rc::gen::arbitrary<bool>());
+                    list->last()->setOriginal(*rc::gen::arbitrary<bool>());
+                }
+            }
+            RC_ASSERT(database.write());
+            const QByteArray bytes = unitFile();
+            Database again;
+            RC_ASSERT(again.read(home()));
+            RC_ASSERT(content(again) == content(database));
+            RC_ASSERT(again.write());
+            RC_ASSERT(unitFile() == bytes);
+        }));
+    }
+
+    void fileThatCannotBeOpened_isFalseWithoutAMessage()
+    {
+        QVERIFY(readUnit(reference("database_unit.xml")));
+        QVERIFY(QDir(home() + QStringLiteral("database")).removeRecursively());
+        LogRecorder log;
+        QVERIFY(!m_database->write());
+        QCOMPARE(log.lines(), QStringList());
+    }
+
+    void protectedFile_isLeftAlone()
+    {
+        if (geteuid() == 0)
+            QSKIP("Permissions do not bind the superuser.");
+        QVERIFY(readUnit(reference("database_unit.xml")));
+        m_database->m_LocalItemsListModel->add(QStringLiteral("Nouveau"), QString());
+        QVERIFY(QFile::setPermissions(unitPath(), QFile::ReadOwner));
+        LogRecorder log;
+        QVERIFY(!m_database->write());
+        QCOMPARE(log.lines(), QStringList());
+        QCOMPARE(unitFile(), reference("database_unit.xml"));
+    }
+
+    void fullDisk_leavesTheOldFile_andIsToldOnce()
+    {
+        QVERIFY(readUnit(reference("database_unit.xml")));
+        m_database->m_LocalItemsListModel->add(QString(10000, QLatin1Char('x')), QString());
+        rlimit before = {};
+        QCOMPARE(getrlimit(RLIMIT_FSIZE, &before), 0);
+        rlimit small = before;
+        small.rlim_cur = 5000;
+        const auto previousHandler = std::signal(SIGXFSZ, SIG_IGN);
+        QCOMPARE(setrlimit(RLIMIT_FSIZE, &small), 0);
+        LogRecorder log;
+        const bool first = m_database->write();
+        const bool second = m_database->writeIfChanged();
+        const QStringList twice = log.lines();
+        const bool third = m_database->write();
+        const QStringList thrice = log.lines();
+        setrlimit(RLIMIT_FSIZE, &before);
+        std::signal(SIGXFSZ, previousHandler);
+        QVERIFY(!first && !second && !third);
+        const QString line =
+            QStringLiteral("ERROR [Halvar Controller]: File \"%1\" not saved: \"File too large\"")
+                .arg(unitPath());
+        QCOMPARE(twice, QStringList{line});
+        QCOMPARE(thrice, (QStringList{line, line}));
+        QCOMPARE(unitFile(), reference("database_unit.xml"));
+        QCOMPARE(
+            QDir(home() + QStringLiteral("database")).entryList(QDir::Files, QDir::Name),
+            (QStringList{QStringLiteral("database_diagnostic.xml"), QStringLiteral("database_unit.xml")}));
+        // The disk has room again: the write that failed is made up for.
+        QVERIFY(m_database->writeIfChanged());
+        QVERIFY(unitFile() != reference("database_unit.xml"));
+    }
+
+    void writeIfChanged_writesWhenBytesWouldDiffer_data()
+    {
+        QTest::addColumn<int>("change");
+        QTest::addColumn<bool>("written");
+        QTest::newRow("nothing") << 0 << false;
+        QTest::newRow("item added") << 1 << true;
+        QTest::newRow("item removed") << 2 << true;
+        QTest::newRow("items moved") << 3 << true;
+        QTest::newRow("title") << 4 << true;
+        QTest::newRow("activated") << 5 << true;
+        QTest::newRow("activated already") << 6 << false;
+        QTest::newRow("last unit list") << 7 << true;
+        QTest::newRow("diagnostic list, which is not in the file") << 8 << false;
+        QTest::newRow("list cleared") << 9 << true;
+    }
+    void writeIfChanged_writesWhenBytesWouldDiffer()
+    {
+        QFETCH(int, change);
+        QVERIFY(readUnit(reference("database_unit.xml")));
+        QVERIFY(m_database->write());
+        // A new file is another inode; keeping the old one open keeps its number from being used again.
+        QFile keep(unitPath());
+        QVERIFY(keep.open(QIODevice::ReadOnly));
+        const ino_t before = unitInode();
+        DatabaseItemListModel *locaux = m_database->m_LocalItemsListModel;
+        switch (change) {
+        case 1:
+            locaux->add(QStringLiteral("Nouveau"), QString());
+            break;
+        case 2:
+            locaux->remove(0);
+            break;
+        case 3:
+            locaux->move(0, 1);
+            break;
+        case 4:
+            locaux->first()->setTitle(QStringLiteral("Autre"));
+            break;
+        case 5:
+            QVERIFY(locaux->activateIfTitleExist(locaux->at(1)->title()));
+            break;
+        case 6:
+            QVERIFY(locaux->activateIfTitleExist(QStringLiteral("Cuisine")));
+            break;
+        case 7:
+            m_database->m_RevetementItemsListModel->first()->setOriginal(false);
+            break;
+        case 8:
+            m_database->m_NonVisiteItemsListModel->add(QStringLiteral("Nouveau"), QString());
+            break;
+        case 9:
+            locaux->clear();
+            break;
+        default:
+            break;
+        }
+        QVERIFY(m_database->writeIfChanged());
+        QTEST(unitInode() != before, "written");
+    }
+
+    void writeIfChanged_afterRead_writes()
+    {
+        QVERIFY(readUnit(reference("database_unit.xml")));
+        QVERIFY(QFile::remove(unitPath()));
+        QVERIFY(m_database->writeIfChanged());
+        QCOMPARE(unitFile(), reference("database_unit.xml"));
+    }
+
+    void write_alwaysWrites()
+    {
+        QVERIFY(readUnit(reference("database_unit.xml")));
+        QVERIFY(m_database->write());
+        QVERIFY(QFile::remove(unitPath()));
+        QVERIFY(m_database->write());
+        QCOMPARE(unitFile(), reference("database_unit.xml"));
+    }
+};
+
+QTEST_GUILESS_MAIN(TstDatabase)
+#include "tst_database.moc"
