@@ -192,7 +192,6 @@ bool Database::writeIfChanged() const
 
 bool Database::writeUnitFile() const
 {
-    m_writtenRevision = 0;
     const QString path = unitPath();
     if (halvar::isWriteProtected(path))
         return false;
