@@ -1,0 +1,39 @@
+// SPDX-FileCopyrightText: 2026 Halvar Controller contributors
+// SPDX-License-Identifier: Apache-2.0
+#include "measurelistmodel.h"
+
+MeasureListModel::MeasureListModel(QObject *parent)
+    : QQmlObjectListModel<Measure>(parent, QByteArray(), QByteArray())
+{
+    qRegisterMetaType<Measure *>("Measure*");
+    qRegisterMetaType<DetectionDecisionEnumClass::DetectionDecision>(
+        "DetectionDecisionEnumClass::DetectionDecision");
+}
+
+void MeasureListModel::lastFrontMeasure(const com::halvar::nap::DetectionResult &result)
+{
+    if (!isEmpty() && result.is_set_decision())
+        first()->setDetectionResult(result);
+    else
+        prepend(new Measure);
+}
+
+void MeasureListModel::lastBackMeasure(const com::halvar::nap::DetectionResult &result)
+{
+    if (!isEmpty() && result.is_set_decision())
+        last()->setDetectionResult(result);
+    else
+        append(new Measure);
+}
+
+void MeasureListModel::finalizeFirstMeasure()
+{
+    if (!isEmpty())
+        first()->updateResult();
+}
+
+void MeasureListModel::finalizeLastMeasure()
+{
+    if (!isEmpty())
+        last()->updateResult();
+}
