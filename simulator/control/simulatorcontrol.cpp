@@ -4,7 +4,6 @@
 
 #include <QDeadlineTimer>
 #include <QEventLoop>
-#include <QJsonArray>
 #include <QJsonDocument>
 #include <QThread>
 #include <QTimer>
@@ -58,7 +57,7 @@ void SimulatorControl::close()
     m_socket.abort();
     m_closing = false;
     m_buffer.clear();
-    m_replies.clear();
+    m_answers.clear();
     m_notices.clear();
 }
 
@@ -67,50 +66,52 @@ bool SimulatorControl::isConnected() const
     return m_socket.state() == QLocalSocket::ConnectedState;
 }
 
-QJsonObject SimulatorControl::command(const QString &name, QJsonObject members, int limitMs)
+QJsonObject SimulatorControl::send(QJsonObject request, int limitMs)
 {
     const QDeadlineTimer deadline(limitMs);
+    const QString name = request.value(QLatin1String("command")).toString();
     const int tag = ++m_lastTag;
-    members.insert(QStringLiteral("command"), name);
-    members.insert(QStringLiteral("tag"), tag);
+    request.insert(QStringLiteral("tag"), tag);
     m_error.clear();
     if (isConnected()) {
-        m_socket.write(QJsonDocument(members).toJson(QJsonDocument::Compact) + '\n');
+        m_socket.write(QJsonDocument(request).toJson(QJsonDocument::Compact) + '\n');
         m_socket.flush();
     }
     for (;;) {
-        while (!m_replies.isEmpty()) {
-            // A reply with another tag answers a command that was given up.
-            const QJsonObject reply = m_replies.takeFirst();
-            if (reply.value(QLatin1String("tag")).toInt() == tag)
-                return reply;
+        while (!m_answers.isEmpty()) {
+            // Another tag answers a command that was given up.
+            QJsonObject answer = m_answers.takeFirst();
+            if (answer.value(QLatin1String("tag")).toInt() != tag)
+                continue;
+            answer.remove(QStringLiteral("tag"));
+            return answer;
         }
         if (!isConnected())
             m_error = QStringLiteral("%1: not connected to a simulator").arg(name);
-        else if (deadline.hasExpired() || !m_socket.waitForReadyRead(remaining(deadline)))
-            m_error = isConnected() ? QStringLiteral("%1: no reply within %2 ms").arg(name).arg(limitMs)
+        else if (!m_socket.waitForReadyRead(remaining(deadline)))
+            m_error = isConnected() ? QStringLiteral("%1: no answer within %2 ms").arg(name).arg(limitMs)
                                     : QStringLiteral("%1: the simulator has gone").arg(name);
-        if (!m_error.isEmpty() && m_replies.isEmpty())
+        // What came in together with the end of the connection counts.
+        if (!m_error.isEmpty() && m_answers.isEmpty())
             return {{QStringLiteral("ok"), false}, {QStringLiteral("error"), m_error}};
         m_error.clear();
     }
 }
 
-bool SimulatorControl::run(const QString &name, const QJsonObject &members)
+QJsonObject SimulatorControl::command(const QString &name, const QJsonObject &members, int limitMs)
 {
-    const QJsonObject reply = command(name, members);
-    if (reply.value(QLatin1String("ok")).toBool())
-        return true;
-    m_error = reply.value(QLatin1String("error")).toString();
-    return false;
+    QJsonObject request = members;
+    request.insert(QStringLiteral("command"), name);
+    return send(request, limitMs);
 }
 
-bool SimulatorControl::subscribe(const QStringList &kinds)
+bool SimulatorControl::run(const QString &name, const QJsonObject &members)
 {
-    QJsonObject members;
-    if (!kinds.isEmpty())
-        members.insert(QStringLiteral("notices"), QJsonArray::fromStringList(kinds));
-    return run(QStringLiteral("subscribe"), members);
+    const QJsonObject answer = command(name, members);
+    if (answer.value(QLatin1String("ok")).toBool())
+        return true;
+    m_error = answer.value(QLatin1String("error")).toString();
+    return false;
 }
 
 QJsonObject SimulatorControl::waitForNotice(const QJsonObject &members, int limitMs)
@@ -157,8 +158,8 @@ void SimulatorControl::read()
     for (int end = m_buffer.indexOf('\n'); end >= 0; end = m_buffer.indexOf('\n')) {
         const QJsonObject line = QJsonDocument::fromJson(m_buffer.left(end)).object();
         m_buffer.remove(0, end + 1);
-        if (line.contains(QLatin1String("reply"))) {
-            m_replies.append(line);
+        if (line.contains(QLatin1String("ok"))) {
+            m_answers.append(line);
         } else if (line.contains(QLatin1String("notice"))) {
             m_notices.append(line);
             if (m_notices.size() == 1)

@@ -8,12 +8,11 @@
 #include <QList>
 #include <QLocalSocket>
 #include <QObject>
-#include <QStringList>
 
 /// The hand that drives a running halvar-simulator through its control socket (docs/simulator.md): presses
 /// the trigger, places samples, provokes faults, and hears what the instrument does.
 ///
-/// Commands wait for their reply without running the event loop, so that nothing else of the caller's thread
+/// Commands wait for their answer without running the event loop, so that nothing else of the caller's thread
 /// happens in between. Notices come by a signal, from the event loop only.
 class SimulatorControl : public QObject
 {
@@ -32,20 +31,19 @@ public:
     /// Why the last operation that failed did so.
     QString errorString() const { return m_error; }
 
-    /// Sends \p name with \p members, and gives the reply. Without one within \p limitMs, or without a
-    /// connection, gives an object with "ok" false and "error", as a refusing simulator does.
-    QJsonObject command(const QString &name, QJsonObject members = {}, int limitMs = 5000);
-    /// Whether command() was obeyed; otherwise errorString() says why not.
+    /// Sends \p request, a command with its members, and gives its answer. Without one within \p limitMs, or
+    /// without a connection, gives an object with "ok" false and "error", as a refusing simulator does.
+    QJsonObject send(QJsonObject request, int limitMs = 5000);
+    /// The same, for the command \p name with \p members.
+    QJsonObject command(const QString &name, const QJsonObject &members = {}, int limitMs = 5000);
+    /// Whether the command \p name with \p members was obeyed; otherwise errorString() says why not.
     bool run(const QString &name, const QJsonObject &members = {});
 
     bool press() { return run(QStringLiteral("press")); }
     bool release() { return run(QStringLiteral("release")); }
-    bool shock() { return run(QStringLiteral("shock")); }
-    /// Changes settings, named as in a scenario.
-    bool set(const QJsonObject &settings) { return run(QStringLiteral("set"), settings); }
     QJsonObject status() { return command(QStringLiteral("status")); }
-    /// Asks for the notices of these kinds; of all kinds when there are none.
-    bool subscribe(const QStringList &kinds = {});
+    /// Asks for the notices, of which each is then told by noticeReceived().
+    bool subscribe() { return run(QStringLiteral("subscribe")); }
 
     /// Runs the event loop until a notice that holds all of \p members is delivered, and gives it; an empty
     /// object, with errorString(), after \p limitMs or when the connection is lost. Notices that were
@@ -65,7 +63,7 @@ private:
 
     QLocalSocket m_socket;
     QByteArray m_buffer;
-    QList<QJsonObject> m_replies;
+    QList<QJsonObject> m_answers;
     QList<QJsonObject> m_notices;
     QString m_error;
     int m_lastTag = 0;
