@@ -35,22 +35,6 @@ QStringList systemCommands()
     return QString::fromUtf8(record.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
 }
 
-/// MSP commands asked for since construction, in order.
-class SentCommands : public QObject
-{
-public:
-    explicit SentCommands(HalvarController *controller)
-    {
-        connect(controller, &HalvarController::msp_send_request, this,
-                [this](MSPClient::MSPCommand command, const QString &params) {
-                    commands.append(command);
-                    allNull = allNull && params.isNull();
-                });
-    }
-    QList<int> commands;
-    bool allNull = true;
-};
-
 } // namespace
 
 class TstHalvarController : public QObject

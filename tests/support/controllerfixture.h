@@ -3,6 +3,9 @@
 #ifndef CONTROLLERFIXTURE_H
 #define CONTROLLERFIXTURE_H
 
+#include <QList>
+#include <QObject>
+
 #include <memory>
 
 #include "config.h"
@@ -27,6 +30,22 @@ public:
     Config config{nullptr};
     Database database{nullptr};
     std::unique_ptr<HalvarController> controller;
+};
+
+/// The MSP commands that a controller asked for since this was constructed, in order.
+class SentCommands : public QObject
+{
+public:
+    explicit SentCommands(HalvarController *controller)
+    {
+        connect(controller, &HalvarController::msp_send_request, this,
+                [this](MSPClient::MSPCommand command, const QString &params) {
+                    commands.append(command);
+                    allNull = allNull && params.isNull();
+                });
+    }
+    QList<int> commands;
+    bool allNull = true; ///< every parameter text was a null string
 };
 
 #endif // CONTROLLERFIXTURE_H
