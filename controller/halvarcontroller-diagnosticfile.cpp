@@ -1,0 +1,133 @@
+// SPDX-FileCopyrightText: 2026 Halvar Controller contributors
+// SPDX-License-Identifier: Apache-2.0
+//
+// The diagnostic file: one per diagnostic, in home/files/.
+#include "halvarcontroller.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <QsLog.h>
+
+#include "database.h"
+#include "diagnosticreader.h"
+#include "diagnosticwriter.h"
+#include "filereplace.h"
+#include "measure.h"
+#include "udlistmodel.h"
+
+namespace {
+
+/// A name that stays inside files/ and that the file system can hold.
+bool isFileName(const QString &name)
+{
+    return !name.contains(QLatin1Char('/')) && !name.contains(QChar(0));
+}
+
+QByteArray contentOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+/// Keeps what stands at \p path beside it, before a save replaces it: what cannot be read here can perhaps be
+/// repaired by hand. A copy that is there already is not made again.
+/// \return the copy's path, empty when there is none.
+QString keepDamaged(const QString &path)
+{
+    QFile damaged(path);
+    if (!damaged.open(QIODevice::ReadOnly))
+        return QString();
+    const QByteArray content = damaged.readAll();
+    const QString first = path + QLatin1String(".damaged");
+    QString copy = first;
+    for (int number = 1; QFile::exists(copy); ++number) {
+        if (contentOf(copy) == content)
+            return copy;
+        copy = first + QLatin1Char('.') + QString::number(number);
+    }
+    return halvar::replaceFile(copy, content) ? copy : QString();
+}
+
+} // namespace
+
+void HalvarController::saveFile()
+{
+    if (m_fileName.isEmpty())
+        return;
+    const QString base = m_home + QLatin1String("/files/") + m_fileName;
+    const QString path = base + QLatin1String(".xml");
+    if (!isFileName(m_fileName)) {
+        QLOG_ERROR() << "[Halvar Controller]: File" << path
+                     << "not saved: the name must not contain a slash.";
+        return;
+    }
+    halvar::ReplaceFailure failure;
+    const QByteArray document = DiagnosticWriter(*this, m_database).document();
+    if (!halvar::replaceFile(path, document, &failure, base + QLatin1String(".tmp"))) {
+        QLOG_ERROR() << "[Halvar Controller]: File" << path << "not saved:" << failure.reason;
+        return;
+    }
+    QLOG_INFO() << "[Halvar Controller]: File" << path << "saved.";
+}
+
+void HalvarController::loadFile(QString file)
+{
+    QFile diagnostic(file);
+    if (!diagnostic.open(QIODevice::ReadOnly | QIODevice::Text))
+        return;
+    DiagnosticReader reader(*this, m_database);
+    const bool intact = reader.read(&diagnostic);
+    diagnostic.close();
+    if (!intact) {
+        const QString copy = keepDamaged(file);
+        QLOG_ERROR() << "[Halvar Controller]: File" << file << "damaged:" << reader.error()
+                     << (copy.isEmpty() ? "no copy could be kept" : "kept as") << copy;
+    }
+    QLOG_INFO() << "[Halvar Controller]: File" << file << "loaded.";
+}
+
+void HalvarController::initFile()
+{
+    setFileName(QString());
+    setLocalization(QString());
+    coulures = false;
+    emit couluresChanged();
+    effondrement = false;
+    emit effondrementChanged();
+    humidite = false;
+    emit humiditeChanged();
+    setAccuracyStage(AccuracyStageEnumClass::ACCURACY_INIT);
+    accuracyInit->reset();
+    accuracyInterrupt->reset();
+    accuracyFinal->reset();
+    uds->clear();
+}
+
+void HalvarController::removeFile(QString file)
+{
+    if (QFile::exists(file))
+        QFile::remove(file);
+}
+
+void HalvarController::removeFiles(const QString &directory, bool removeDirectory)
+{
+    // An empty path would be the directory that the interface happens to run in.
+    if (directory.isEmpty())
+        return;
+    QDir files(directory);
+    const QStringList names = files.entryList(QDir::Files | QDir::NoDotAndDotDot, QDir::Unsorted);
+    for (const QString &name : names)
+        files.remove(name);
+    if (removeDirectory)
+        QDir().rmdir(directory);
+}
+
+void HalvarController::removeMeasureFiles()
+{
+    removeFiles(QStringLiteral("/data/marten/data/measure"), false);
+    removeFiles(QStringLiteral("/data/marten/data"), false);
+    removeFiles(QStringLiteral("/data/lambrik/files"), false);
+    removeFiles(QStringLiteral("/data/lambrik/shock"), false);
+    removeFiles(QStringLiteral("/data/lambrik/logs"), false);
+}
