@@ -2,9 +2,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "diagnosticwriter.h"
 
-#include <algorithm>
-#include <iterator>
-
 #include "database.h"
 #include "databaseitem.h"
 #include "databaseitemlistmodel.h"
@@ -15,6 +12,7 @@
 #include "measurelistmodel.h"
 #include "ud.h"
 #include "udlistmodel.h"
+#include "xmltext.h"
 
 namespace {
 
@@ -34,21 +32,6 @@ QString number(double value)
 QString frenchBool(bool value)
 {
     return value ? QStringLiteral("vrai") : QStringLiteral("faux");
-}
-
-/// \p text without what XML cannot hold in any form: one such character would make the file unreadable.
-QString writable(const QString &text)
-{
-    const auto forbidden = [](QChar c) {
-        const ushort code = c.unicode();
-        return (code < 0x20 && code != '\t' && code != '\n' && code != '\r') || code == 0xfffe
-            || code == 0xffff;
-    };
-    if (std::none_of(text.cbegin(), text.cend(), forbidden))
-        return text;
-    QString result;
-    std::remove_copy_if(text.cbegin(), text.cend(), std::back_inserter(result), forbidden);
-    return result;
 }
 
 /// The first item of a title counts, as in a search from the top.
@@ -188,12 +171,12 @@ void DiagnosticWriter::writeReference(const QString &element, const QString &tit
                                       const ImageByTitle &images)
 {
     m_xml.writeStartElement(element);
-    m_xml.writeAttribute(QStringLiteral("Image"), writable(images.value(title)));
-    m_xml.writeCharacters(writable(title));
+    m_xml.writeAttribute(QStringLiteral("Image"), halvar::xmlText(images.value(title)));
+    m_xml.writeCharacters(halvar::xmlText(title));
     m_xml.writeEndElement();
 }
 
 void DiagnosticWriter::writeText(const QString &element, const QString &text)
 {
-    m_xml.writeTextElement(element, writable(text));
+    m_xml.writeTextElement(element, halvar::xmlText(text));
 }
