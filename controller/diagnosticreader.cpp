@@ -95,18 +95,19 @@ QString DiagnosticReader::error() const
 void DiagnosticReader::readTopLevel()
 {
     // "Dossier" and what is unknown are not entered: their children are met here in turn.
-    if (m_xml.name() == QLatin1String("Dossier"))
+    if (m_xml.name() == QLatin1String("Dossier")) {
         QLOG_DEBUG() << "Dossier OK :";
-    else if (m_xml.name() == QLatin1String("Informations"))
+    } else if (m_xml.name() == QLatin1String("Informations")) {
         readInformations();
-    else if (m_xml.name() == QLatin1String("Justesses"))
+    } else if (m_xml.name() == QLatin1String("Justesses")) {
         readAccuracies();
-    else if (m_xml.name() == QLatin1String("Uds"))
+    } else if (m_xml.name() == QLatin1String("Uds")) {
         readUnits();
-    else if (m_xml.name() == QLatin1String("DegradationBatiment"))
+    } else if (m_xml.name() == QLatin1String("DegradationBatiment")) {
         readBuilding();
-    else if (m_xml.name() != QLatin1String("LocauxNonVisites"))
+    } else if (m_xml.name() != QLatin1String("LocauxNonVisites")) {
         QLOG_ERROR() << "[Halvar Controller]: XML file" << m_xml.name().toString() << "malformated";
+    }
 }
 
 void DiagnosticReader::readInformations()

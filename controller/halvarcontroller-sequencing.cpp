@@ -308,12 +308,13 @@ void HalvarController::deriveStatut(UD *unit)
 void HalvarController::nap_AcqError(const nap::AcqError &acqError)
 {
     QLOG_TRACE() << "[Halvar Controller]: nap_AcqError()";
-    if (m_acquisitionMode == AcquisitionModeEnumClass::ACCURACY)
+    if (m_acquisitionMode == AcquisitionModeEnumClass::ACCURACY) {
         QLOG_INFO() << "[Halvar Controller]: ACQ ERROR received during AccuracyCheck";
-    else if (m_acquisitionMode == AcquisitionModeEnumClass::CALIBRATION)
+    } else if (m_acquisitionMode == AcquisitionModeEnumClass::CALIBRATION) {
         QLOG_INFO() << "[Halvar Controller]: ACQ ERROR received during Calibration";
-    else if (m_acquisitionMode == AcquisitionModeEnumClass::MEASURE)
+    } else if (m_acquisitionMode == AcquisitionModeEnumClass::MEASURE) {
         QLOG_INFO() << "[Halvar Controller]: ACQ ERROR received during Measure";
+    }
 
     const auto show = [this, acqError](const QString &prefix) {
         error->setErrorMessage(halvar::errorText(prefix, halvar::ServiceSource, acqError));
