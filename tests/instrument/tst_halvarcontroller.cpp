@@ -120,7 +120,7 @@ private slots:
         const int before = systemCommands().size();
         LogRecorder log;
         ControllerFixture controller(home);
-        QCOMPARE(systemCommands().mid(before), QStringList{QStringLiteral("napssid HV 1; halt $(halt)")});
+        QCOMPARE(systemCommands().mid(before), QStringList{QStringLiteral("napssid 'HV 1; halt' '$(halt)'")});
         QVERIFY(log.contains(
             QStringLiteral("INFO [Halvar Controller]: Launching  napssid 'HV 1; halt' '$(halt)'")));
     }
@@ -152,8 +152,10 @@ private slots:
         HalvarController controller(home.path(), nullptr, &database);
         QVERIFY(log.contains(
             QStringLiteral("FATAL [Halvar Controller]: The application needs a configuration file.")));
-        QTimer::singleShot(10000, qApp, [] { qFatal("No quit was requested."); });
-        QCOMPARE(qApp->exec(), 0);
+        QTimer limit;
+        connect(&limit, &QTimer::timeout, qApp, [] { QCoreApplication::exit(1); });
+        limit.start(10000);
+        QCOMPARE(QCoreApplication::exec(), 0);
 
         for (int i = 0; i < 5; ++i)
             controller.pin->enterDigit(QStringLiteral("0"));
@@ -193,6 +195,7 @@ private slots:
     void waitingForGo_endsOnce()
     {
         TestHome home;
+        home.setConfig(QStringLiteral("Waiting_For_Go"), QStringLiteral("0"));
         ControllerFixture controller(home);
         QSignalSpy updated(controller.controller.get(), &HalvarController::waitingForGoUpdated);
         LogRecorder log;

@@ -18,7 +18,7 @@ TestHome::TestHome()
                {QStringLiteral("Time_Before_Open_Shutter"), QStringLiteral("10")},
                {QStringLiteral("Time_Measure"), QStringLiteral("1")},
                {QStringLiteral("Nbr_Measure"), QStringLiteral("3")},
-               {QStringLiteral("Waiting_For_Go"), QStringLiteral("0")},
+               {QStringLiteral("Waiting_For_Go"), QStringLiteral("3600")},
                {QStringLiteral("Remaining_Time_Before_EndSource"), QStringLiteral("2")}}
 {
     for (const char *directory : {"config", "database", "files", "shock"})

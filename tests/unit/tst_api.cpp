@@ -30,6 +30,8 @@
 #include "ud.h"
 #include "udlistmodel.h"
 
+Q_DECLARE_METATYPE(const QMetaObject *)
+
 namespace {
 
 QByteArray propertyLine(const QMetaProperty &property)
@@ -137,8 +139,6 @@ private slots:
         QCOMPARE(foundLines.size(), recordedLines.size());
     }
 };
-
-Q_DECLARE_METATYPE(const QMetaObject *)
 
 QTEST_APPLESS_MAIN(TstApi)
 #include "tst_api.moc"
