@@ -19,7 +19,10 @@ void remember(std::array<T, 4> &history, const T &newest)
 
 Measure::Measure(QObject *parent)
     : QObject(parent)
-{ }
+{
+    // Zero would be POSITIVE: no verdict may come out of a history that holds none.
+    mem_detectionDecision.fill(DetectionDecisionEnumClass::NOT_DETERMINED);
+}
 
 void Measure::setConcentration(double concentration)
 {

@@ -8,6 +8,9 @@ MeasureListModel::MeasureListModel(QObject *parent)
     qRegisterMetaType<Measure *>("Measure*");
     qRegisterMetaType<DetectionDecisionEnumClass::DetectionDecision>(
         "DetectionDecisionEnumClass::DetectionDecision");
+    qRegisterMetaType<LocalisationEnumClass::Localisation>("LocalisationEnumClass::Localisation");
+    qRegisterMetaType<DegradationStateEnumClass::DegradationState>(
+        "DegradationStateEnumClass::DegradationState");
 }
 
 void MeasureListModel::lastFrontMeasure(const com::halvar::nap::DetectionResult &result)
