@@ -9,7 +9,7 @@
 
 namespace {
 
-/// The date type reads one-digit days and other leniences as well; the service's files never hold them.
+/// The date type would also read a year of three digits and a sign.
 QDate dateFromText(const QString &text)
 {
     static const QRegularExpression form(QStringLiteral("\\A[0-9]{2}/[0-9]{2}/[0-9]{4}\\z"));
@@ -135,7 +135,11 @@ void Config::readNumber(int &member)
 
 void Config::readNumber(float &member)
 {
-    readValue(member, [](const QString &text) { return text.toFloat(); });
+    readValue(member, [](const QString &text) {
+        bool ok = false;
+        const float value = text.toFloat(&ok);
+        return ok ? value : 0.0F;
+    });
 }
 
 void Config::readDate(QDate &member)
