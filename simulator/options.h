@@ -1,0 +1,34 @@
+// SPDX-FileCopyrightText: 2026 Halvar Controller contributors
+// SPDX-License-Identifier: Apache-2.0
+#ifndef SIMULATOR_OPTIONS_H
+#define SIMULATOR_OPTIONS_H
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+#include <QsLog.h>
+
+namespace simulator {
+
+/// What the command line asks for.
+struct Options
+{
+    QString scenario = QStringLiteral("calm");
+    std::optional<quint32> seed;
+    std::optional<double> speed;
+    QString home;
+    QString control = QStringLiteral("halvar-simulator");
+    QsLogging::Level logLevel = QsLogging::WarnLevel;
+    int readyFd = -1;
+    bool help = false;
+
+    /// Reads \p arguments, the program's name first. False, with a line in \p error, when they are wrong.
+    bool parse(const QStringList &arguments, QString &error);
+    static QString helpText();
+};
+
+} // namespace simulator
+
+#endif // SIMULATOR_OPTIONS_H

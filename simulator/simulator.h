@@ -1,0 +1,72 @@
+// SPDX-FileCopyrightText: 2026 Halvar Controller contributors
+// SPDX-License-Identifier: Apache-2.0
+#ifndef SIMULATOR_SIMULATOR_H
+#define SIMULATOR_SIMULATOR_H
+
+#include <QJsonObject>
+#include <QObject>
+
+#include <functional>
+
+#include "analysisservice.h"
+#include "controlserver.h"
+#include "msp.h"
+#include "scenario.h"
+#include "sysfiles.h"
+
+namespace simulator {
+
+/// The whole instrument: its parts, the commands that drive them, and the scenario's course.
+class Simulator : public QObject
+{
+    Q_OBJECT
+public:
+    struct Places
+    {
+        QString control = QStringLiteral("halvar-simulator");
+        QString sysClass = QStringLiteral("/sys/class");
+        quint16 port = AnalysisService::Port;
+    };
+
+    explicit Simulator(QObject *parent = nullptr);
+    Simulator(const Places &places, QObject *parent);
+
+    /// Puts the instrument into the scenario's state. Before start().
+    void prepare(const Scenario &scenario);
+    /// Opens everything that is waited at; false, with a line in \p error, when one place is taken.
+    bool start(QString &error);
+
+    Settings &settings() { return m_service.acquisition().settings; }
+    /// Carries out a command of the control socket and gives its answer.
+    QJsonObject execute(const QJsonObject &command);
+
+signals:
+    void quitRequested();
+
+private:
+    using Action = std::function<QString(const QJsonObject &members)>;
+
+    void connectNotices();
+    void addInstrumentActions();
+    void addMspActions();
+    void addNapActions();
+    void notice(const QJsonObject &notice);
+    void schedule(const Scenario::Step &step);
+    QJsonObject status() const;
+    QString applyConditions(const QJsonObject &members);
+    QString applyMspInfo(const QJsonObject &members);
+    QString applyRefusals(const QJsonValue &commands);
+
+    const Places m_places;
+    AnalysisService m_service;
+    Msp m_msp;
+    SysFiles m_files;
+    ControlServer m_control;
+    Scenario m_scenario;
+    QVector<Scenario::Step> m_waiting; ///< steps that wait for notices
+    QHash<QString, Action> m_actions; ///< each gives an empty text, or why it refuses
+};
+
+} // namespace simulator
+
+#endif // SIMULATOR_SIMULATOR_H
