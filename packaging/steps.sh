@@ -1,36 +1,43 @@
+# shellcheck shell=bash
 # SPDX-FileCopyrightText: 2026 Halvar Controller contributors
 # SPDX-License-Identifier: Apache-2.0
 #
 # Shared by the commands at the top of the project: one line a step, the output of a step only when it fails.
 
+# show_progress TITLE LOG: the last line of LOG behind TITLE, over and over, on the terminal.
+show_progress() {
+    local width
+    width=$(stty size <&1 2>/dev/null | cut -d ' ' -f 2) || width=
+    [ "${width:-0}" -gt 20 ] || width=80
+    while sleep 0.3; do
+        printf '\r\033[K%s: %.*s' "$1" $((width - ${#1} - 3)) "$(tail -n 1 "$2" | tr -d '\r\033')"
+    done
+}
+
 # step TITLE COMMAND...: runs COMMAND; on a terminal its last line of output is shown while it runs.
 step() {
-    local title=$1 log start status
+    local title=$1 log start=$SECONDS status=0 progress=
     shift
     log=$(mktemp)
-    start=$SECONDS
     if [ -t 1 ]; then
-        "$@" >"$log" 2>&1 &
-        local pid=$!
-        while kill -0 "$pid" 2>/dev/null; do
-            printf '\r\033[K%s: %.*s' "$title" $((${COLUMNS:-80} - ${#title} - 4)) "$(tail -n 1 "$log" | tr -d '\r\033')"
-            sleep 0.3
-        done
-        status=0
-        wait "$pid" || status=$?
+        show_progress "$title" "$log" &
+        progress=$!
+    fi
+    # COMMAND stays in the foreground, so that an interrupt reaches it.
+    "$@" >"$log" 2>&1 || status=$?
+    if [ -n "$progress" ]; then
+        kill "$progress" 2>/dev/null || true
+        wait "$progress" 2>/dev/null || true
         printf '\r\033[K'
-    else
-        status=0
-        "$@" >"$log" 2>&1 || status=$?
     fi
     if [ "$status" -ne 0 ]; then
         cat "$log" >&2
         echo "$title: failed (exit status $status)" >&2
-        rm -f "$log"
-        return "$status"
+    else
+        echo "$title: done ($((SECONDS - start)) s)"
     fi
-    echo "$title: done ($((SECONDS - start)) s)"
     rm -f "$log"
+    return "$status"
 }
 
 # build PRESET [TARGET...]: configures and builds a preset.
@@ -45,13 +52,12 @@ build() {
     fi
 }
 
-# run_tests PRESET: all its tests, two or more at a time. Prints the runner's closing lines.
+# run_tests PRESET: all its tests, as many at a time as there are processors. Prints the runner's closing line.
 run_tests() {
-    local preset=$1 log start status=0
+    local preset=$1 log start=$SECONDS status=0
     log=$(mktemp)
-    start=$SECONDS
     if [ -t 1 ]; then
-        ctest --preset "$preset" --parallel "$(nproc)" --progress --output-log "$log" || status=$?
+        ctest --preset "$preset" --parallel "$(nproc)" --progress || status=$?
     else
         ctest --preset "$preset" --parallel "$(nproc)" >"$log" 2>&1 || status=$?
         if [ "$status" -ne 0 ]; then cat "$log"; else grep -E 'tests passed|tests failed' "$log"; fi
