@@ -67,6 +67,14 @@ Statut::UDStatut statut(const QString &text)
                    Statut::RAW);
 }
 
+/// Hands \p text to \p setter, unless there is none.
+template <typename Setter>
+void take(const std::optional<QString> &text, Setter setter)
+{
+    if (text)
+        setter(*text);
+}
+
 } // namespace
 
 DiagnosticReader::DiagnosticReader(HalvarController &controller, const Database *database)
@@ -105,7 +113,9 @@ void DiagnosticReader::readTopLevel()
         readUnits();
     } else if (m_xml.name() == QLatin1String("DegradationBatiment")) {
         readBuilding();
-    } else if (m_xml.name() != QLatin1String("LocauxNonVisites")) {
+    } else if (m_xml.name() == QLatin1String("LocauxNonVisites")) {
+        m_xml.skipCurrentElement();
+    } else {
         QLOG_ERROR() << "[Halvar Controller]: XML file" << m_xml.name().toString() << "malformated";
     }
 }
@@ -117,11 +127,12 @@ void DiagnosticReader::readInformations()
         if (m_xml.name() == QLatin1String("Date"))
             text("Date:"); // when it was saved: of no use to this instrument
         else if (m_xml.name() == QLatin1String("Nom"))
-            m_controller.setFileName(text("Nom:"));
+            take(text("Nom:"), [this](const QString &name) { m_controller.setFileName(name); });
         else if (m_xml.name() == QLatin1String("Localisation"))
-            m_controller.setLocalization(text("Localisation:"));
+            take(text("Localisation:"),
+                 [this](const QString &place) { m_controller.setLocalization(place); });
         else
-            skip();
+            m_xml.skipCurrentElement();
     }
 }
 
@@ -132,7 +143,7 @@ void DiagnosticReader::readAccuracies()
         if (m_xml.name() == QLatin1String("Justesse"))
             readAccuracy();
         else
-            skip();
+            m_xml.skipCurrentElement();
     }
 }
 
@@ -150,15 +161,17 @@ void DiagnosticReader::readAccuracy()
     } else if (stage == QLatin1String("VEF")) {
         accuracy = m_controller.accuracyFinal;
     } else {
-        skip();
+        m_xml.skipCurrentElement();
         return;
     }
     accuracy->setIdNAP(attributes.value(QLatin1String("Id")).toInt());
     while (m_xml.readNextStartElement()) {
         if (m_xml.name() == QLatin1String("Resultat"))
-            accuracy->setDetectionDecision(accuracyResult(text("Resultat:")));
+            take(text("Resultat:"), [accuracy](const QString &result) {
+                accuracy->setDetectionDecision(accuracyResult(result));
+            });
         else
-            skip();
+            m_xml.skipCurrentElement();
     }
     m_controller.setAccuracyStage(next);
 }
@@ -167,7 +180,10 @@ void DiagnosticReader::readBuilding()
 {
     while (m_xml.readNextStartElement()) {
         const QString name = m_xml.name().toString();
-        const bool observed = text() == QLatin1String("vrai");
+        const std::optional<QString> observation = text();
+        if (!observation)
+            return;
+        const bool observed = *observation == QLatin1String("vrai");
         if (name == QLatin1String("Effondrement")) {
             m_controller.effondrement = observed;
             emit m_controller.effondrementChanged();
@@ -188,7 +204,7 @@ void DiagnosticReader::readUnits()
         if (m_xml.name() == QLatin1String("Ud"))
             readUnit();
         else
-            skip();
+            m_xml.skipCurrentElement();
     }
 }
 
@@ -205,47 +221,54 @@ void DiagnosticReader::readUnit()
 void DiagnosticReader::readUnitChild(UD &unit)
 {
     if (m_xml.name() == QLatin1String("Local")) {
-        unit.setLocal(readReference(m_database ? m_database->m_LocalItemsListModel : nullptr,
-                                    "Local image path:", "Local:", "Local loaded on the fly!",
-                                    QStringLiteral("local")));
+        take(readReference(m_database ? m_database->m_LocalItemsListModel : nullptr, "Local image path:",
+                           "Local:", "Local loaded on the fly!", QStringLiteral("local")),
+             [&unit](const QString &title) { unit.setLocal(title); });
     } else if (m_xml.name() == QLatin1String("Zone")) {
-        const QString zone = text("Zone:");
-        if (!zone.isEmpty())
-            unit.setZone(zone.at(0).toLatin1());
+        take(text("Zone:"), [&unit](const QString &zone) {
+            // A unit has one Latin letter for its zone; without one it keeps the first.
+            const char letter = zone.isEmpty() ? '\0' : zone.at(0).toLatin1();
+            if (letter != '\0')
+                unit.setZone(letter);
+        });
     } else if (m_xml.name() == QLatin1String("Element")) {
-        unit.setElement(readReference(m_database ? m_database->m_ElementItemsListModel : nullptr,
-                                      "Local element path:", "Element:", "Element loaded on the fly!",
-                                      QStringLiteral("élément")));
+        take(readReference(m_database ? m_database->m_ElementItemsListModel : nullptr, "Local element path:",
+                           "Element:", "Element loaded on the fly!", QStringLiteral("élément")),
+             [&unit](const QString &title) { unit.setElement(title); });
     } else if (m_xml.name() == QLatin1String("Substrat")) {
-        unit.setSubstrat(readReference(m_database ? m_database->m_SubstratItemsListModel : nullptr,
-                                       "Local substrat path:", "Substrat:", "Substrat loaded on the fly!",
-                                       QStringLiteral("substrat")));
+        take(readReference(m_database ? m_database->m_SubstratItemsListModel : nullptr,
+                           "Local substrat path:", "Substrat:", "Substrat loaded on the fly!",
+                           QStringLiteral("substrat")),
+             [&unit](const QString &title) { unit.setSubstrat(title); });
     } else if (m_xml.name() == QLatin1String("Revetement")) {
-        unit.setRevetement(readReference(m_database ? m_database->m_RevetementItemsListModel : nullptr,
-                                         "Local revetement path:", "Revetement:",
-                                         "Revetement loaded on the fly!", QStringLiteral("revêtement")));
-        writeDatabase();
+        take(readReference(m_database ? m_database->m_RevetementItemsListModel : nullptr,
+                           "Local revetement path:", "Revetement:", "Revetement loaded on the fly!",
+                           QStringLiteral("revêtement")),
+             [this, &unit](const QString &title) {
+                 unit.setRevetement(title);
+                 writeDatabase();
+             });
     } else if (m_xml.name() == QLatin1String("Statut")) {
-        unit.setStatut(statut(text("Statut:")));
+        take(text("Statut:"), [&unit](const QString &label) { unit.setStatut(statut(label)); });
     } else if (m_xml.name() == QLatin1String("Observation")) {
-        unit.setObservation(text("Observation:"));
+        take(text("Observation:"), [&unit](const QString &note) { unit.setObservation(note); });
     } else if (m_xml.name() == QLatin1String("Mesures")) {
         readMeasures(unit);
     } else {
-        skip();
+        m_xml.skipCurrentElement();
     }
 }
 
-QString DiagnosticReader::readReference(DatabaseItemListModel *list, const char *imageMessage,
-                                        const char *valueMessage, const char *addedMessage,
-                                        const QString &kind)
+std::optional<QString> DiagnosticReader::readReference(DatabaseItemListModel *list, const char *imageMessage,
+                                                       const char *valueMessage, const char *addedMessage,
+                                                       const QString &kind)
 {
     const QString image = m_xml.attributes().value(QLatin1String("Image")).toString();
     QLOG_DEBUG() << imageMessage << image;
-    const QString title = text(valueMessage);
-    if (list && !list->activateIfTitleExist(title)) {
+    const std::optional<QString> title = text(valueMessage);
+    if (title && list && !list->activateIfTitleExist(*title)) {
         QLOG_DEBUG() << addedMessage;
-        list->add(title, image, kind, -1);
+        list->add(*title, image, kind, -1);
     }
     return title;
 }
@@ -270,7 +293,7 @@ void DiagnosticReader::readMeasures(UD &unit)
         if (m_xml.name() == QLatin1String("Mesure"))
             readMeasure(unit);
         else
-            skip();
+            m_xml.skipCurrentElement();
     }
 }
 
@@ -281,37 +304,37 @@ void DiagnosticReader::readMeasure(UD &unit)
     measure->setIdNAP(m_xml.attributes().value(QLatin1String("Id")).toInt());
     while (m_xml.readNextStartElement()) {
         if (m_xml.name() == QLatin1String("Concentration"))
-            measure->setConcentration(text().toDouble());
+            take(text(), [measure](const QString &value) { measure->setConcentration(value.toDouble()); });
         else if (m_xml.name() == QLatin1String("Sigma"))
-            measure->setSigma(text().toDouble());
+            take(text(), [measure](const QString &value) { measure->setSigma(value.toDouble()); });
         else if (m_xml.name() == QLatin1String("Resultat"))
-            measure->setDetectionDecision(measureResult(text("Resultat:")));
+            take(text("Resultat:"),
+                 [measure](const QString &label) { measure->setDetectionDecision(measureResult(label)); });
         else if (m_xml.name() == QLatin1String("Localisation"))
-            measure->setLocalisation(localisation(text("Localisation:")));
+            take(text("Localisation:"),
+                 [measure](const QString &label) { measure->setLocalisation(localisation(label)); });
         else if (m_xml.name() == QLatin1String("NatureDegradation"))
-            measure->setDegradationState(degradation(text("NatureDegradation:")));
+            take(text("NatureDegradation:"),
+                 [measure](const QString &label) { measure->setDegradationState(degradation(label)); });
         else if (m_xml.name() == QLatin1String("EtatConservation"))
-            measure->setConservationState(text());
+            take(text(), [measure](const QString &state) { measure->setConservationState(state); });
         else
-            skip();
+            m_xml.skipCurrentElement();
     }
     unit.measures()->append(measure);
 }
 
-QString DiagnosticReader::text()
+std::optional<QString> DiagnosticReader::text()
 {
-    return m_xml.readElementText(QXmlStreamReader::SkipChildElements);
+    const QString value = m_xml.readElementText(QXmlStreamReader::SkipChildElements);
+    return m_xml.hasError() ? std::nullopt : std::optional<QString>(value);
 }
 
-QString DiagnosticReader::text(const char *message)
+std::optional<QString> DiagnosticReader::text(const char *message)
 {
-    const QString value = text();
-    QLOG_DEBUG() << message << value;
+    const std::optional<QString> value = text();
+    if (value) {
+        QLOG_DEBUG() << message << *value;
+    }
     return value;
-}
-
-void DiagnosticReader::skip()
-{
-    QLOG_DEBUG() << "[Halvar Controller]: XML file" << m_xml.name().toString() << "ignored";
-    m_xml.skipCurrentElement();
 }

@@ -6,6 +6,8 @@
 #include <QString>
 #include <QXmlStreamReader>
 
+#include <optional>
+
 class Database;
 class DatabaseItemListModel;
 class HalvarController;
@@ -41,12 +43,13 @@ private:
     void readMeasures(UD &unit);
     void readMeasure(UD &unit);
     void readBuilding();
-    QString readReference(DatabaseItemListModel *list, const char *imageMessage, const char *valueMessage,
-                          const char *addedMessage, const QString &kind);
+    std::optional<QString> readReference(DatabaseItemListModel *list, const char *imageMessage,
+                                         const char *valueMessage, const char *addedMessage,
+                                         const QString &kind);
     void writeDatabase();
-    QString text();
-    QString text(const char *message);
-    void skip();
+    /// The current element's text; none when damage cuts it off, so that half a word is never taken for one.
+    std::optional<QString> text();
+    std::optional<QString> text(const char *message);
 
     HalvarController &m_controller;
     const Database *m_database;

@@ -6,6 +6,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #include <QsLog.h>
 
@@ -62,10 +63,19 @@ void HalvarController::saveFile()
                      << "not saved: the name must not contain a slash.";
         return;
     }
+    const QString replaced = QFileInfo(path).canonicalFilePath();
+    if (m_damagedFiles.contains(replaced)) {
+        if (keepDamaged(path).isEmpty()) {
+            QLOG_ERROR() << "[Halvar Controller]: File" << path
+                         << "not saved: the damaged file in its place could not be kept.";
+            return;
+        }
+        m_damagedFiles.remove(replaced);
+    }
     halvar::ReplaceFailure failure;
     const QByteArray document = DiagnosticWriter(*this, m_database).document();
     if (!halvar::replaceFile(path, document, &failure, base + QLatin1String(".tmp"))) {
-        QLOG_ERROR() << "[Halvar Controller]: File" << path << "not saved:" << failure.reason;
+        halvar::logReplaceFailure(path, failure);
         return;
     }
     QLOG_INFO() << "[Halvar Controller]: File" << path << "saved.";
@@ -74,15 +84,23 @@ void HalvarController::saveFile()
 void HalvarController::loadFile(QString file)
 {
     QFile diagnostic(file);
-    if (!diagnostic.open(QIODevice::ReadOnly | QIODevice::Text))
+    // The XML reader brings the ends of lines into one form itself. The device must not: it would take
+    // bytes out of a UTF-16 document.
+    if (!diagnostic.open(QIODevice::ReadOnly))
         return;
     DiagnosticReader reader(*this, m_database);
     const bool intact = reader.read(&diagnostic);
     diagnostic.close();
     if (!intact) {
         const QString copy = keepDamaged(file);
-        QLOG_ERROR() << "[Halvar Controller]: File" << file << "damaged:" << reader.error()
-                     << (copy.isEmpty() ? "no copy could be kept" : "kept as") << copy;
+        if (copy.isEmpty()) {
+            m_damagedFiles.insert(QFileInfo(file).canonicalFilePath());
+            QLOG_ERROR() << "[Halvar Controller]: File" << file << "damaged:" << reader.error()
+                         << "No copy could be kept.";
+        } else {
+            QLOG_ERROR() << "[Halvar Controller]: File" << file << "damaged:" << reader.error() << "Kept as"
+                         << copy;
+        }
     }
     QLOG_INFO() << "[Halvar Controller]: File" << file << "loaded.";
 }
@@ -116,7 +134,8 @@ void HalvarController::removeFiles(const QString &directory, bool removeDirector
     if (directory.isEmpty())
         return;
     QDir files(directory);
-    const QStringList names = files.entryList(QDir::Files | QDir::NoDotAndDotDot, QDir::Unsorted);
+    const QStringList names =
+        files.entryList(QDir::Files | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Unsorted);
     for (const QString &name : names)
         files.remove(name);
     if (removeDirectory)

@@ -4,6 +4,7 @@
 #define HALVAR_HALVARCONTROLLER_H
 
 #include <QObject>
+#include <QSet>
 #include <QString>
 #include <QThread>
 
@@ -163,7 +164,8 @@ public:
     /// Starts a blank diagnostic.
     Q_INVOKABLE void initFile();
     /// Adds the units of the diagnostic at \p file and takes over its name, place and observations;
-    /// call initFile() first. Silent when the file cannot be opened.
+    /// call initFile() first. Silent when the file cannot be opened. What a damaged file still
+    /// tells stays loaded; one Error line says what is wrong, and a copy is kept beside it.
     Q_INVOKABLE void loadFile(QString file);
     Q_INVOKABLE void removeFile(QString file);
     /// Writes the open diagnostic to home/files/fileName.xml, replacing the old one whole.
@@ -333,6 +335,8 @@ private:
     QString lastCalibrationDate;
     QString MspFwVersion;
     QString MspVersion;
+
+    QSet<QString> m_damagedFiles; ///< loaded as damaged, and no copy could be kept yet
 };
 
 #endif // HALVAR_HALVARCONTROLLER_H
