@@ -19,8 +19,8 @@ struct Recorder : ItemWatch::Listener
         const QObject *item = entry.item;
         lines.append(item->objectName() + QLatin1Char(' ')
                      + QString::fromLatin1(item->metaObject()->method(signal).name()));
-        if (during)
-            during();
+        if (const auto call = during) // a copy: it may set another
+            call();
     }
     void itemDestroyed(const ItemWatch::Entry &last) override
     {
