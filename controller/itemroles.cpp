@@ -37,6 +37,7 @@ ItemRoles::ItemRoles(const QMetaObject &itemClass, int baseRole, const QSet<QByt
 {
     m_names.insert(baseRole, QByteArrayLiteral("qtObject"));
     m_properties.resize(itemClass.propertyCount());
+    m_changedRoles.resize(itemClass.methodCount());
     for (int i = 0; i < itemClass.propertyCount(); ++i) {
         const QMetaProperty property = itemClass.property(i);
         const QByteArray name(property.name());
@@ -48,8 +49,10 @@ ItemRoles::ItemRoles(const QMetaObject &itemClass, int baseRole, const QSet<QByt
         m_names.insert(role, name);
         // A property declared again further down the class replaces the inherited one of its name.
         m_properties[i] = ItemProperty(itemClass.property(itemClass.indexOfProperty(name.constData())));
-        if (property.hasNotifySignal())
+        if (property.hasNotifySignal()) {
             m_signalIdxToRole.insert(property.notifySignalIndex(), role);
+            m_changedRoles[property.notifySignalIndex()] = {role};
+        }
     }
 }
 

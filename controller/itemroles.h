@@ -44,6 +44,13 @@ public:
     const QHash<int, QByteArray> &names() const { return m_names; }
     /// Method index of a notify signal to the role it reports: of properties that share one, the last.
     const QHash<int, int> &signalIdxToRole() const { return m_signalIdxToRole; }
+    /// What dataChanged() says when the signal of this method index is emitted: the role above, ready to be
+    /// shared. Empty for a signal that reports none.
+    const QVector<int> &changedRoles(int signal) const
+    {
+        static const QVector<int> none;
+        return signal >= 0 && signal < m_changedRoles.size() ? m_changedRoles.at(signal) : none;
+    }
     /// Properties that get no role because of their name, in the order of the class.
     const QList<QByteArray> &refusedNames() const { return m_refusedNames; }
     /// Null when the role is no property's or the property cannot be read.
@@ -61,6 +68,7 @@ private:
     int m_firstRole;
     QHash<int, QByteArray> m_names;
     QHash<int, int> m_signalIdxToRole;
+    QVector<QVector<int>> m_changedRoles;
     QList<QByteArray> m_refusedNames;
     QVector<ItemProperty> m_properties;
 };

@@ -270,10 +270,10 @@ protected:
     {
         if (const ItemWatch::Delivery *delivery = m_watch.takeDelivery()) {
             const int row = rowOf(delivery->entry);
-            reportChange(at(row), row, m_signalIdxToRole.value(delivery->signal, -1));
+            reportChange(at(row), row, delivery->signal);
         } else {
             ItemType *item = qobject_cast<ItemType *>(sender());
-            reportChange(item, indexOf(item), m_signalIdxToRole.value(senderSignalIndex(), -1));
+            reportChange(item, indexOf(item), senderSignalIndex());
         }
     }
 
@@ -291,7 +291,7 @@ private:
 
     void itemSignalled(ItemWatch::Entry &entry, int signal) override
     {
-        if (!m_signalIdxToRole.contains(signal))
+        if (itemRoles().changedRoles(signal).isEmpty())
             return;
         const ItemWatch::Delivery delivery(m_watch, entry, signal);
         onItemPropertyChanged();
@@ -306,24 +306,25 @@ private:
         }
         unindexItem(last.item);
     }
-    void reportChange(ItemType *item, int row, int role)
+    void reportChange(ItemType *item, int row, int signal)
     {
-        if (row < 0 || role < 0)
+        QVector<int> roles = itemRoles().changedRoles(signal);
+        if (row < 0 || roles.isEmpty())
             return;
-        const QByteArray name = m_roles.value(role);
-        QVector<int> roles{role};
-        if (name == m_dispRoleName)
-            roles.append(Qt::DisplayRole);
-        const QModelIndex changed = index(row);
-        if (m_uidRoleName.isEmpty() || name != m_uidRoleName) {
+        const QModelIndex changed = createIndex(row, 0);
+        if (m_dispRoleName.isEmpty() && m_uidRoleName.isEmpty()) {
             emit dataChanged(changed, changed, roles);
             return;
         }
+        const QByteArray name = m_roles.value(roles.first());
+        if (name == m_dispRoleName)
+            roles.append(Qt::DisplayRole);
         // A listener may take the item out of the list, or delete it, or the list.
         const QPointer<QQmlObjectListModel> self(this);
         const QPointer<ItemType> guard(item);
+        const bool identifies = !m_uidRoleName.isEmpty() && name == m_uidRoleName;
         emit dataChanged(changed, changed, roles);
-        if (self && guard && m_watch.find(item))
+        if (identifies && self && guard && m_watch.find(item))
             indexItem(item);
     }
 
