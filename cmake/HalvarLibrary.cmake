@@ -13,6 +13,7 @@ function(halvar_add_library target)
     VERSION ${PROJECT_VERSION}
     SOVERSION ${PROJECT_VERSION_MAJOR}
     EXPORT_NAME ${arg_ALIAS}
+    INSTALL_RPATH "$ORIGIN"
     CXX_VISIBILITY_PRESET hidden
     VISIBILITY_INLINES_HIDDEN ON)
   target_link_libraries(${target} PUBLIC ${arg_PUBLIC_LIBS}
