@@ -105,7 +105,6 @@ bool AnalysisService::start(quint16 port)
 {
     if (m_published)
         return true;
-    m_port = port;
     auto &manager = tessel::ServiceManager::auto_create();
     const tessel::PService published(new Published(*this));
     published->publish();

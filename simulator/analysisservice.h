@@ -40,6 +40,8 @@ public:
     void setSilent(bool silent);
     void setDelay(int milliseconds) { m_gate.setDelay(milliseconds); }
 
+    /// Calls that wait for the end of a silence or delay.
+    int heldCalls() { return m_gate.held(); }
     QStringList observers() const { return m_observers.descriptions(); }
     /// Calls that were carried out or refused, by name.
     QMap<QString, int> calls() const { return m_calls; }
@@ -60,7 +62,6 @@ private:
     Gate m_gate;
     QMap<QString, int> m_calls;
     tessel::PService m_published;
-    quint16 m_port = 0;
 };
 
 } // namespace simulator

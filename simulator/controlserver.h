@@ -39,9 +39,9 @@ private:
     static void write(QLocalSocket *client, const QJsonObject &object);
 
     const Handler m_handler;
-    QLocalServer m_server;
     QSet<QLocalSocket *> m_subscribers;
     QString m_error;
+    QLocalServer m_server; // its clients tell of their end when it goes: last made, first gone
 };
 
 /// An answer that refuses.

@@ -27,9 +27,11 @@ int Gate::pass(const std::function<int()> &operation)
     // A call that came before the gate was closed does not slip through when it is opened again.
     const int closings = m_closings;
     const auto passable = [this, closings] { return m_open && m_closings == closings; };
-    QDeadlineTimer delay(m_delay);
+    const QDeadlineTimer delay(m_delay);
+    ++m_held;
     while (passable() && (m_silent || !delay.hasExpired()))
         m_changed.wait(&m_mutex, m_silent ? QDeadlineTimer(QDeadlineTimer::Forever) : delay);
+    --m_held;
     if (!passable())
         return tessel::ERR_PEER_GONE;
 
@@ -79,6 +81,12 @@ void Gate::setOpen(bool open)
         ++m_closings;
     m_open = open;
     m_changed.wakeAll();
+}
+
+int Gate::held()
+{
+    const QMutexLocker lock(&m_mutex);
+    return m_held;
 }
 
 } // namespace simulator

@@ -28,6 +28,8 @@ public:
     /// Real milliseconds that each call waits first.
     void setDelay(int milliseconds);
     void setOpen(bool open);
+    /// Calls that wait for the end of a silence or delay.
+    int held();
 
 private:
     struct Call;
@@ -38,6 +40,7 @@ private:
     int m_delay = 0;
     bool m_open = true;
     int m_closings = 0;
+    int m_held = 0;
 };
 
 } // namespace simulator

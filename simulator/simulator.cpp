@@ -66,6 +66,13 @@ Simulator::Simulator(const Places &places, QObject *parent)
     connectNotices();
 }
 
+Simulator::~Simulator()
+{
+    // While everything that they report to is still there.
+    m_service.die();
+    m_msp.die();
+}
+
 void Simulator::prepare(const Scenario &scenario)
 {
     m_scenario = scenario;

@@ -30,6 +30,7 @@ public:
 
     explicit Simulator(QObject *parent = nullptr);
     Simulator(const Places &places, QObject *parent);
+    ~Simulator() override;
 
     /// Puts the instrument into the scenario's state. Before start().
     void prepare(const Scenario &scenario);
