@@ -2,11 +2,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "dispatcher.h"
 
+#include <QCoreApplication>
 #include <QMetaObject>
 #include <QRandomGenerator>
 
 #include <algorithm>
-#include <limits>
+#include <memory>
 
 #include "protocol.h"
 
@@ -20,14 +21,22 @@ qint64 newSession()
     return static_cast<qint64>(QRandomGenerator::system()->generate64() >> 1);
 }
 
-QByteArray replyFrame(quint32 number, int status, const Tuple &tuple = Tuple())
+Status encodeReply(quint32 number, int status, const Tuple &tuple, QByteArray &frame)
 {
     protocol::Message reply;
     reply.kind = protocol::Reply;
     reply.number = number;
     reply.status = status;
     reply.tuple = tuple;
-    return protocol::encode(reply);
+    return protocol::encode(reply, frame);
+}
+
+/// A reply without a tuple.
+QByteArray replyFrame(quint32 number, int status)
+{
+    QByteArray frame;
+    encodeReply(number, status, Tuple(), frame);
+    return frame;
 }
 
 } // namespace
@@ -36,23 +45,37 @@ Dispatcher::Dispatcher()
 {
     m_thread.setObjectName(QStringLiteral("tessel dispatch"));
     m_context.moveToThread(&m_thread);
-    m_thread.start();
 }
 
 Dispatcher::~Dispatcher()
 {
-    close();
+    stop();
+}
+
+void Dispatcher::stop()
+{
+    // A service that is stuck does not keep the process from ending.
+    constexpr unsigned long patience = 2000; // ms
+    // A service that ends the process itself is on the dispatch thread: that goes no further anyway.
+    if (m_stopped.exchange(true) || QThread::currentThread() == &m_thread)
+        return;
+    if (!m_thread.isRunning())
+        return;
+    // The endpoints stay: without an application nothing reaches that thread that could close them there.
     m_thread.quit();
-    m_thread.wait();
+    m_thread.wait(patience);
 }
 
 bool Dispatcher::listen(const Description &address)
 {
-    {
+    if (m_stopped || !QCoreApplication::instance())
+        return false;
+    if (address.port != 0) {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        const auto open = m_hosts.find(address.port);
-        if (address.port != 0 && open != m_hosts.end() && open->second == address.host)
-            return true;
+        for (const Description &open : m_addresses) {
+            if (open.port == address.port && open.host == address.host)
+                return true;
+        }
     }
     quint16 port = 0;
     const auto open = [this, &address, &port] {
@@ -64,13 +87,23 @@ bool Dispatcher::listen(const Description &address)
         port = endpoint->port();
         m_endpoints.push_back(std::move(endpoint));
     };
-    QMetaObject::invokeMethod(&m_context, open, Qt::BlockingQueuedConnection);
+    m_thread.start(); // when it does not run yet
+    onDispatchThread(open);
     if (port == 0)
         return false;
     const std::lock_guard<std::mutex> lock(m_mutex);
-    m_hosts[port] = address.host;
+    m_addresses.push_back(address);
+    m_addresses.back().port = port;
     m_lastPort = port;
     return true;
+}
+
+void Dispatcher::onDispatchThread(const std::function<void()> &work)
+{
+    if (QThread::currentThread() == &m_thread)
+        work();
+    else if (!m_stopped && m_thread.isRunning() && QCoreApplication::instance())
+        QMetaObject::invokeMethod(&m_context, work, Qt::BlockingQueuedConnection);
 }
 
 quint16 Dispatcher::lastPort() const
@@ -81,13 +114,19 @@ quint16 Dispatcher::lastPort() const
 
 void Dispatcher::close()
 {
-    if (QThread::currentThread() == &m_thread)
+    onDispatchThread([this] {
+        if (!m_answering) {
+            m_endpoints.clear();
+            return;
+        }
+        // Asked for by a service that one of these connections is waiting for: they go after its answer.
+        const auto closing = std::make_shared<std::vector<std::unique_ptr<Endpoint>>>(std::move(m_endpoints));
         m_endpoints.clear();
-    else if (m_thread.isRunning())
         QMetaObject::invokeMethod(
-            &m_context, [this] { m_endpoints.clear(); }, Qt::BlockingQueuedConnection);
+            &m_context, [closing] { closing->clear(); }, Qt::QueuedConnection);
+    });
     const std::lock_guard<std::mutex> lock(m_mutex);
-    m_hosts.clear();
+    m_addresses.clear();
     m_lastPort = 0;
 }
 
@@ -96,6 +135,8 @@ void Dispatcher::publish(const PService &service)
     PService replaced; // released without the lock
     const std::lock_guard<std::mutex> lock(m_mutex);
     for (Published &published : m_published) {
+        if (published.service == service)
+            return; // its proxies go on
         if (published.service->interface_name() == service->interface_name()
             && published.service->name() == service->name()) {
             replaced = published.service;
@@ -119,19 +160,23 @@ void Dispatcher::unpublish(const Service &service)
     m_published.erase(found);
 }
 
-PService Dispatcher::local(const Description &description) const
+bool Dispatcher::findLocal(const Description &description, PService &service) const
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    const auto open = m_hosts.find(description.port);
-    if (open == m_hosts.end() || open->second != description.host)
-        return PService();
+    const bool here =
+        std::any_of(m_addresses.begin(), m_addresses.end(),
+                    [&description](const Description &open) { return reaches(description, open); });
+    if (!here)
+        return false;
     for (const Published &published : m_published) {
         if (published.service->name() == description.name
             && (description.interfaceName.isEmpty()
-                || published.service->interface_name() == description.interfaceName))
-            return published.service;
+                || published.service->interface_name() == description.interfaceName)) {
+            service = published.service;
+            break;
+        }
     }
-    return PService();
+    return true;
 }
 
 PService Dispatcher::serviceOf(qint64 session) const
@@ -144,7 +189,7 @@ PService Dispatcher::serviceOf(qint64 session) const
     return PService();
 }
 
-QByteArray Dispatcher::welcome(const QByteArray &interfaceName, const QByteArray &name, quint32 number) const
+Answer Dispatcher::welcome(const QByteArray &interfaceName, const QByteArray &name, quint32 number) const
 {
     protocol::Message message;
     message.kind = protocol::Welcome;
@@ -161,7 +206,10 @@ QByteArray Dispatcher::welcome(const QByteArray &interfaceName, const QByteArray
             break;
         }
     }
-    return protocol::encode(message);
+    Answer answer;
+    protocol::encode(message, answer.frame);
+    answer.knowsPeer = message.status == OK;
+    return answer;
 }
 
 Answer Dispatcher::answer(Status received, const QByteArray &payload)
@@ -169,26 +217,29 @@ Answer Dispatcher::answer(Status received, const QByteArray &payload)
     protocol::Message message;
     const Status status = received == OK ? protocol::decode(payload, message) : received;
     if (status != OK)
-        return {replyFrame(message.number, status), false};
+        return {replyFrame(message.number, status), false, false};
     switch (message.kind) {
     case protocol::Hello:
-        return {welcome(message.interfaceName, message.serviceName, message.number), true};
+        return welcome(message.interfaceName, message.serviceName, message.number);
     case protocol::Call: {
         const PService service = serviceOf(message.session);
         if (!service)
-            return {replyFrame(message.number, ERR_PEER_GONE), true};
+            return {replyFrame(0, ERR_PEER_GONE), false, false};
         Tuple reply;
+        m_answering = true;
         Service::set_session_context(service->session_context());
         const int result = service->call(message.tuple, reply);
         Service::clear_session_context();
-        const QByteArray frame = replyFrame(message.number, result, reply);
-        return {frame.isEmpty() ? replyFrame(message.number, ERR_TOO_LARGE) : frame, true};
+        m_answering = false;
+        QByteArray frame;
+        const Status encoded = encodeReply(message.number, result, reply, frame);
+        return {encoded == OK ? frame : replyFrame(message.number, encoded), true, true};
     }
     case protocol::Welcome:
     case protocol::Reply:
         break;
     }
-    return {replyFrame(message.number, ERR_MALFORMED), false};
+    return {replyFrame(message.number, ERR_MALFORMED), false, false};
 }
 
 } // namespace tessel

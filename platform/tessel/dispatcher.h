@@ -6,7 +6,8 @@
 #include <QByteArray>
 #include <QThread>
 
-#include <map>
+#include <atomic>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <vector>
@@ -24,14 +25,18 @@ public:
     Dispatcher();
     ~Dispatcher();
 
+    /// For good, at the end of the process: no request reaches a service any more.
+    void stop();
+
     bool listen(const Description &address);
     quint16 lastPort() const;
     void close();
 
     void publish(const PService &service);
     void unpublish(const Service &service);
-    /// The service itself, when it is published and this process listens at the address.
-    PService local(const Description &description) const;
+    /// \return whether this process itself listens at the address; \p service is then the one described,
+    /// or empty when it is not published here.
+    bool findLocal(const Description &description, PService &service) const;
 
 private:
     struct Published
@@ -40,19 +45,22 @@ private:
         qint64 session;
     };
 
+    void onDispatchThread(const std::function<void()> &work);
     Answer answer(Status received, const QByteArray &payload);
-    QByteArray welcome(const QByteArray &interfaceName, const QByteArray &name, quint32 number) const;
+    Answer welcome(const QByteArray &interfaceName, const QByteArray &name, quint32 number) const;
     PService serviceOf(qint64 session) const;
 
     mutable std::mutex m_mutex;
     std::vector<Published> m_published;
-    std::map<quint16, QByteArray> m_hosts; // of the open endpoints, by port
+    std::vector<Description> m_addresses; // of the open endpoints
     quint16 m_lastPort = 0;
 
     // Touched on the dispatch thread only.
     std::vector<std::unique_ptr<Endpoint>> m_endpoints;
+    bool m_answering = false; // a service is at work
     QThread m_thread;
     QObject m_context; // lives on the dispatch thread
+    std::atomic<bool> m_stopped{false};
 };
 
 } // namespace tessel

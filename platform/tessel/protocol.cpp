@@ -2,68 +2,121 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "protocol.h"
 
+#include <QBuffer>
 #include <QCborStreamReader>
 #include <QCborStreamWriter>
+#include <QSet>
+#include <QTextCodec>
 #include <QtEndian>
 
-#include <cmath>
+#include <algorithm>
 #include <limits>
+
+#include "tuplebuilder.h"
 
 namespace tessel {
 namespace protocol {
 
 namespace {
 
-void writeText(QCborStreamWriter &cbor, const QByteArray &utf8)
+bool isUtf8(const QByteArray &text)
 {
-    cbor.appendTextString(utf8.constData(), utf8.size());
+    if (std::none_of(text.begin(), text.end(), [](char byte) { return byte < 0; }))
+        return true;
+    // A byte order mark is a letter like any other here.
+    QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
+    constexpr int utf8 = 106;
+    QTextCodec::codecForMib(utf8)->toUnicode(text.constData(), text.size(), &state);
+    return state.invalidChars == 0 && state.remainingChars == 0;
 }
 
-bool writeTuple(QCborStreamWriter &cbor, const Tuple &tuple, int depth)
+/// Writes one message into a frame; what a peer would not accept stops it.
+class Encoder
 {
-    if (depth > MaxNesting)
-        return false;
-    cbor.startArray(2);
-    writeText(cbor, tuple.class_name());
-    cbor.startArray(static_cast<quint64>(tuple.size()));
-    for (int i = 0; i < tuple.size(); ++i) {
-        const Value value = tuple.value(i);
-        cbor.startArray(3);
-        writeText(cbor, tuple.name(i));
-        cbor.append(int(value.type()));
+public:
+    Encoder(QIODevice *frame)
+        : m_cbor(frame)
+    { }
+
+    Status status() const { return m_status; }
+    QCborStreamWriter &cbor() { return m_cbor; }
+
+    void writeText(const QByteArray &utf8)
+    {
+        if (utf8.size() > MaxPayload)
+            fail(ERR_TOO_LARGE);
+        else if (!isUtf8(utf8))
+            fail(ERR_MALFORMED);
+        else
+            m_cbor.appendTextString(utf8.constData(), utf8.size());
+    }
+
+    void writeTuple(const Tuple &tuple, int depth)
+    {
+        const int size = tuple.size();
+        if (depth > MaxNesting || size > MaxFields)
+            fail(ERR_TOO_LARGE);
+        m_cbor.startArray(2);
+        writeText(tuple.class_name());
+        m_cbor.startArray(static_cast<quint64>(size));
+        for (int i = 0; i < size && m_status == OK; ++i) {
+            m_cbor.startArray(3);
+            writeText(tuple.name(i));
+            writeValue(tuple.value(i), depth);
+            endArray();
+        }
+        endArray();
+        endArray();
+    }
+
+    void endArray()
+    {
+        // After a failure the array is not complete, and nobody will see it.
+        if (m_status == OK)
+            m_cbor.endArray();
+    }
+
+private:
+    void writeValue(const Value &value, int depth)
+    {
+        m_cbor.append(int(value.type()));
         switch (value.type()) {
         case T_BOOL:
-            cbor.append(value.toBool());
+            m_cbor.append(value.toBool());
             break;
         case T_INT:
-            cbor.append(value.toInt());
+            m_cbor.append(value.toInt());
             break;
         case T_DOUBLE:
-            cbor.append(value.toDouble());
+            m_cbor.append(value.toDouble());
             break;
         case T_ASTRING:
-            writeText(cbor, value.toAString().toUtf8());
+            writeText(value.toAString().toUtf8());
             break;
         case T_TUPLE:
-            if (!writeTuple(cbor, value.toTuple(), depth + 1))
-                return false;
+            writeTuple(value.toTuple(), depth + 1);
             break;
         case T_TIME_DATE:
-            cbor.append(value.toTimeDate().milliseconds());
+            m_cbor.append(value.toTimeDate().milliseconds());
             break;
         case T_TIME_PERIOD:
-            cbor.append(value.toTimePeriod().microseconds());
+            m_cbor.append(value.toTimePeriod().microseconds());
             break;
-        case T_NONE:
-            cbor.append(QCborSimpleType::Null);
+        case T_NONE: // never in a tuple
+            fail(ERR_MALFORMED);
             break;
         }
-        cbor.endArray();
     }
-    cbor.endArray();
-    cbor.endArray();
-    return true;
-}
+
+    void fail(Status status)
+    {
+        if (m_status == OK)
+            m_status = status;
+    }
+
+    QCborStreamWriter m_cbor;
+    Status m_status = OK;
+};
 
 /// Reads one message; the first thing that is not as expected stops it.
 class Decoder
@@ -71,6 +124,7 @@ class Decoder
 public:
     explicit Decoder(const QByteArray &payload)
         : m_cbor(payload)
+        , m_size(payload.size())
     { }
 
     Status status() const { return m_status; }
@@ -101,16 +155,15 @@ public:
 
     bool readText(QByteArray &utf8)
     {
-        if (!expect(m_cbor.isString()))
+        // A text in one piece that lies within the message: its length is not believed further than that.
+        if (!expect(m_cbor.isString() && m_cbor.isLengthKnown() && m_cbor.length() <= quint64(m_size)))
             return false;
-        QString text;
-        auto chunk = m_cbor.readString();
-        while (chunk.status == QCborStreamReader::Ok) {
-            text += chunk.data;
-            chunk = m_cbor.readString();
-        }
-        utf8 = text.toUtf8();
-        return expect(chunk.status == QCborStreamReader::EndOfString);
+        utf8.resize(int(m_cbor.length()));
+        const auto chunk = m_cbor.readStringChunk(utf8.data(), utf8.size());
+        if (!expect(chunk.status == QCborStreamReader::Ok && chunk.data == utf8.size()))
+            return false;
+        const auto end = m_cbor.readStringChunk(nullptr, 0);
+        return expect(end.status == QCborStreamReader::EndOfString && isUtf8(utf8));
     }
 
     bool readTuple(Tuple &tuple, int depth)
@@ -125,22 +178,24 @@ public:
             return false;
         tuple = Tuple();
         tuple.set_class_name(className);
+        QSet<QByteArray> names;
         while (m_cbor.hasNext()) {
-            if (!readField(tuple, depth))
+            if (tuple.size() == MaxFields) {
+                m_status = ERR_TOO_LARGE;
+                return false;
+            }
+            if (!readField(tuple, names, depth))
                 return false;
         }
         return leaveArray() && leaveArray();
     }
 
-    bool atEnd() { return expect(!m_cbor.hasNext() && m_cbor.lastError() == QCborError::NoError); }
-
     /// All bytes of the payload belong to the message.
     bool hasConsumed(int size) { return expect(m_cbor.currentOffset() == size); }
 
 private:
-    bool readField(Tuple &tuple, int depth)
+    bool readField(Tuple &tuple, QSet<QByteArray> &names, int depth)
     {
-        constexpr int mostFields = 4096;
         QByteArray name;
         qint64 type = T_NONE;
         Value value;
@@ -148,9 +203,10 @@ private:
             || !readValue(static_cast<Types>(type), value, depth))
             return false;
         // A name twice could be read two ways.
-        if (!expect(!tuple.is_set(name.constData()) && tuple.size() < mostFields))
+        if (!expect(!names.contains(name)))
             return false;
-        tuple.set(name, value);
+        names.insert(name);
+        TupleBuilder::append(tuple, name, value);
         return leaveArray();
     }
 
@@ -215,6 +271,7 @@ private:
     }
 
     QCborStreamReader m_cbor;
+    const int m_size;
     Status m_status = OK;
 };
 
@@ -259,40 +316,46 @@ quint64 elementsOf(Kind kind)
 
 } // namespace
 
-QByteArray encode(const Message &message)
+Status encode(const Message &message, QByteArray &frame)
 {
-    QByteArray payload;
-    QCborStreamWriter cbor(&payload);
+    frame.clear();
+    QBuffer buffer(&frame);
+    buffer.open(QIODevice::WriteOnly);
+    buffer.write(QByteArray(HeaderSize, '\0')); // until the length is known
+    Encoder encoder(&buffer);
+    QCborStreamWriter &cbor = encoder.cbor();
     cbor.startArray(elementsOf(message.kind));
     cbor.append(int(message.kind));
     cbor.append(message.number);
-    bool fits = true;
     switch (message.kind) {
     case Hello:
-        writeText(cbor, message.interfaceName);
-        writeText(cbor, message.serviceName);
+        encoder.writeText(message.interfaceName);
+        encoder.writeText(message.serviceName);
         break;
     case Welcome:
         cbor.append(message.status);
-        writeText(cbor, message.interfaceName);
-        writeText(cbor, message.serviceName);
+        encoder.writeText(message.interfaceName);
+        encoder.writeText(message.serviceName);
         cbor.append(message.session);
         break;
     case Call:
         cbor.append(message.session);
-        fits = writeTuple(cbor, message.tuple, 1);
+        encoder.writeTuple(message.tuple, 1);
         break;
     case Reply:
         cbor.append(message.status);
-        fits = writeTuple(cbor, message.tuple, 1);
+        encoder.writeTuple(message.tuple, 1);
         break;
     }
-    cbor.endArray();
-    if (!fits || payload.size() > MaxPayload)
-        return QByteArray();
-    QByteArray frame(HeaderSize, Qt::Uninitialized);
-    qToBigEndian(static_cast<quint32>(payload.size()), frame.data());
-    return frame + payload;
+    encoder.endArray();
+    Status status = encoder.status();
+    if (status == OK && frame.size() > HeaderSize + MaxPayload)
+        status = ERR_TOO_LARGE;
+    if (status != OK)
+        frame.clear();
+    else
+        qToBigEndian(static_cast<quint32>(frame.size() - HeaderSize), frame.data());
+    return status;
 }
 
 Status decode(const QByteArray &payload, Message &message)

@@ -16,6 +16,7 @@ namespace protocol {
 constexpr int HeaderSize = 4; // length of what follows, big-endian
 constexpr int MaxPayload = 1024 * 1024;
 constexpr int MaxNesting = 32; // tuples within tuples
+constexpr int MaxFields = 4096; // of one tuple
 
 enum Kind : int {
     Hello = 1, ///< who is there? interface and service name
@@ -28,7 +29,7 @@ enum Kind : int {
 struct Message
 {
     Kind kind = Hello;
-    quint32 number = 0; ///< chosen by the caller, returned with the answer
+    quint32 number = 0; ///< chosen by the caller, returned with the answer; 0: the connection itself
     int status = OK;
     qint64 session = 0;
     QByteArray interfaceName;
@@ -36,8 +37,9 @@ struct Message
     Tuple tuple;
 };
 
-/// The whole frame, header included; empty when the message is too large or nests too deep.
-QByteArray encode(const Message &message);
+/// \param frame the whole frame, header included; empty on failure.
+/// \return OK, ERR_TOO_LARGE, or ERR_MALFORMED for a text that is not UTF-8: what a peer would not accept.
+Status encode(const Message &message, QByteArray &frame);
 /// \param payload a frame without its header.
 /// \return OK, ERR_MALFORMED or ERR_TOO_LARGE; \p message then holds what could be read, its number included.
 Status decode(const QByteArray &payload, Message &message);

@@ -28,6 +28,7 @@ private:
 
     const Description m_description;
     const qint64 m_session;
+    const quint64 m_id; // in this process; an address in memory is used again
     std::atomic<bool> m_gone{false};
     // Outlived by connections of other threads, which see by it that they are of no use any more.
     const std::shared_ptr<const int> m_alive;

@@ -27,7 +27,6 @@ std::optional<Tuple> &threadContext()
 
 void init()
 {
-    // The connections of the calling thread must outlive everything that calls through them at its end.
     ServiceManager::auto_create();
 }
 
@@ -52,8 +51,10 @@ PService Service::bind(const AString &description)
     Description parsed;
     if (!Description::parse(description.toUtf8(), parsed))
         return PService();
-    const PService local = ServiceManager::auto_create().m_dispatcher->local(parsed);
-    return local ? local : RemoteService::bind(parsed, BindTimeLimit);
+    PService local;
+    if (ServiceManager::auto_create().m_dispatcher->findLocal(parsed, local))
+        return local;
+    return RemoteService::bind(parsed, BindTimeLimit);
 }
 
 bool Service::publish()

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tessel/servicemanager.h"
 
+#include <cstdlib>
+
 #include "dispatcher.h"
 #include "tessel/description.h"
 
@@ -17,14 +19,21 @@ ServiceManager &ServiceManager::auto_create()
 {
     struct Process : ServiceManager
     { };
-    static Process manager;
-    return manager;
+    // Never destroyed: the services that are still published at the end of the process must not be taken down
+    // after what they use.
+    static ServiceManager *const manager = new Process;
+    return *manager;
 }
 
 bool ServiceManager::listen(const AString &address)
 {
     Description parsed;
-    return Description::parseAddress(address.toUtf8(), parsed) && m_dispatcher->listen(parsed);
+    if (!Description::parseAddress(address.toUtf8(), parsed) || !m_dispatcher->listen(parsed))
+        return false;
+    // At the end of the process requests must stop before the objects that services use are destroyed: what
+    // was made before the endpoint outlives them by this.
+    std::atexit([] { auto_create().m_dispatcher->stop(); });
+    return true;
 }
 
 quint16 ServiceManager::port() const

@@ -4,7 +4,7 @@
 
 #include <QDeadlineTimer>
 #include <QHostAddress>
-#include <QHostInfo>
+#include <QNetworkProxy>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QTimer>
@@ -17,7 +17,9 @@ namespace tessel {
 namespace {
 
 constexpr int MostConnections = 64;
-constexpr int FrameTime = 5000; // ms that a frame may take to come in whole
+constexpr int FrameTime =
+    5000; // ms that a frame may take to come in whole, and a new peer to say what it wants
+constexpr int LingerTime = 250; // ms that a peer has to read why it is dropped
 constexpr int BufferSize = protocol::HeaderSize + protocol::MaxPayload;
 
 QHostAddress addressOf(const QByteArray &host)
@@ -25,11 +27,8 @@ QHostAddress addressOf(const QByteArray &host)
     // Not through the resolver: this name never leaves the machine, whatever its hosts file says.
     if (host == "localhost")
         return QHostAddress(QHostAddress::LocalHost);
-    const QHostAddress literal(QString::fromLatin1(host));
-    if (!literal.isNull())
-        return literal;
-    const QList<QHostAddress> found = QHostInfo::fromName(QString::fromLatin1(host)).addresses();
-    return found.isEmpty() ? QHostAddress() : found.first();
+    // Nor any other name: asking for one can take longer than any limit of ours.
+    return QHostAddress(QString::fromLatin1(host));
 }
 
 int remaining(const QDeadlineTimer &deadline)
@@ -40,14 +39,19 @@ int remaining(const QDeadlineTimer &deadline)
 class TcpConnection : public Connection
 {
 public:
-    bool open(const Description &address, int milliseconds)
+    Status open(const Description &address, int milliseconds)
     {
+        const QHostAddress host = addressOf(address.host);
+        if (host.isNull() || address.port == 0)
+            return ERR_REFUSED;
+        m_socket.setProxy(QNetworkProxy::NoProxy);
         m_socket.setReadBufferSize(BufferSize);
-        m_socket.connectToHost(addressOf(address.host), address.port);
-        if (!m_socket.waitForConnected(milliseconds))
-            return false;
+        m_socket.connectToHost(host, address.port);
+        if (!m_socket.waitForConnected(milliseconds)) {
+            return m_socket.error() == QAbstractSocket::SocketTimeoutError ? ERR_TIMED_OUT : ERR_REFUSED;
+        }
         m_socket.setSocketOption(QAbstractSocket::LowDelayOption, 1);
-        return true;
+        return OK;
     }
 
     bool send(const QByteArray &frame, int milliseconds) override
@@ -76,6 +80,11 @@ public:
         m_socket.skip(protocol::HeaderSize);
         payload = m_socket.read(size);
         return OK;
+    }
+
+    bool isUsable() const override
+    {
+        return m_socket.state() == QAbstractSocket::ConnectedState && m_socket.bytesToWrite() == 0;
     }
 
 private:
@@ -111,13 +120,25 @@ public:
         m_frameTimer.setSingleShot(true);
         connect(m_socket, &QTcpSocket::readyRead, this, &ServedConnection::serve);
         connect(m_socket, &QTcpSocket::disconnected, this, &QObject::deleteLater);
-        // A peer that sends a frame by drops, or does not take its answers, holds its place no longer.
+        // A peer that says nothing, sends a frame by drops or does not take its answers holds its place no
+        // longer.
         connect(&m_frameTimer, &QTimer::timeout, m_socket, &QTcpSocket::abort);
+        m_frameTimer.start(FrameTime);
     }
+
+    bool knowsPeer() const { return m_knowsPeer; }
+    void drop() { m_socket->abort(); }
+
+    /// Says why, and goes.
+    void refuse(Status status) { answer(m_handler(status, QByteArray())); }
 
 private:
     void serve()
     {
+        if (m_leaving) {
+            m_socket->skip(m_socket->bytesAvailable());
+            return;
+        }
         while (m_socket->state() == QAbstractSocket::ConnectedState
                && m_socket->bytesAvailable() >= protocol::HeaderSize) {
             const quint32 size = protocol::payloadSize(m_socket->peek(protocol::HeaderSize));
@@ -130,12 +151,14 @@ private:
             m_frameTimer.stop();
             m_socket->skip(protocol::HeaderSize);
             answer(m_handler(OK, m_socket->read(size)));
+            if (m_leaving)
+                return;
             if (m_socket->bytesToWrite() > BufferSize) {
                 m_socket->abort();
                 return;
             }
         }
-        if (m_socket->bytesAvailable() > 0 && !m_frameTimer.isActive())
+        if ((m_socket->bytesAvailable() > 0 || !m_knowsPeer) && !m_frameTimer.isActive())
             m_frameTimer.start(FrameTime);
     }
 
@@ -145,17 +168,20 @@ private:
             m_socket->write(answer.frame);
             m_socket->flush();
         }
+        m_knowsPeer = m_knowsPeer || answer.knowsPeer;
         if (!answer.keepsConnection) {
-            m_socket->disconnect(this, nullptr);
-            connect(m_socket, &QTcpSocket::disconnected, this, &QObject::deleteLater);
-            m_frameTimer.start(FrameTime);
-            m_socket->disconnectFromHost();
+            // Closing with bytes unread would take the answer back before the peer has seen it.
+            m_leaving = true;
+            m_socket->skip(m_socket->bytesAvailable());
+            m_frameTimer.start(LingerTime);
         }
     }
 
     QTcpSocket *const m_socket;
     const Handler &m_handler;
     QTimer m_frameTimer;
+    bool m_knowsPeer = false;
+    bool m_leaving = false;
 };
 
 class TcpEndpoint : public Endpoint
@@ -164,6 +190,7 @@ public:
     explicit TcpEndpoint(Handler handler)
         : m_handler(std::move(handler))
     {
+        m_server.setProxy(QNetworkProxy::NoProxy);
         QObject::connect(&m_server, &QTcpServer::newConnection, &m_server, [this] { accept(); });
     }
     ~TcpEndpoint() override { m_server.close(); }
@@ -180,13 +207,25 @@ private:
     void accept()
     {
         while (QTcpSocket *socket = m_server.nextPendingConnection()) {
-            if (m_connections.children().size() >= MostConnections) {
-                socket->abort();
-                socket->deleteLater();
-                continue;
-            }
-            new ServedConnection(socket, m_handler, &m_connections);
+            const bool full = m_connections.children().size() >= MostConnections;
+            auto *connection = new ServedConnection(socket, m_handler, &m_connections);
+            if (full && !dropStranger())
+                connection->refuse(ERR_REFUSED);
         }
+    }
+
+    /// Makes room: the one goes that has been here for longest without saying what it wants.
+    bool dropStranger()
+    {
+        const QObjectList connections = m_connections.children(); // oldest first
+        for (QObject *child : connections) {
+            auto *connection = static_cast<ServedConnection *>(child);
+            if (connection == connections.last() || connection->knowsPeer())
+                continue;
+            connection->drop();
+            return true;
+        }
+        return false;
     }
 
     const Handler m_handler;
@@ -196,12 +235,24 @@ private:
 
 } // namespace
 
-std::unique_ptr<Connection> openConnection(const Description &address, int milliseconds)
+std::unique_ptr<Connection> openConnection(const Description &address, int milliseconds, Status &status)
 {
     auto connection = std::make_unique<TcpConnection>();
-    if (!connection->open(address, milliseconds))
+    status = connection->open(address, milliseconds);
+    if (status != OK)
         return nullptr;
     return connection;
+}
+
+bool reaches(const Description &address, const Description &endpoint)
+{
+    if (address.port != endpoint.port)
+        return false;
+    const QHostAddress to = addressOf(address.host);
+    const QHostAddress at = addressOf(endpoint.host);
+    return to == at
+        || (at == QHostAddress(QHostAddress::AnyIPv4) && to == QHostAddress(QHostAddress::LocalHost))
+        || (at == QHostAddress(QHostAddress::AnyIPv6) && to == QHostAddress(QHostAddress::LocalHostIPv6));
 }
 
 std::unique_ptr<Endpoint> openEndpoint(const Description &address, Handler handler)

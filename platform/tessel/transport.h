@@ -25,18 +25,22 @@ public:
     virtual bool send(const QByteArray &frame, int milliseconds) = 0;
     /// The next frame's payload. ERR_TIMED_OUT, ERR_PEER_GONE or ERR_TOO_LARGE when there is none.
     virtual Status receive(QByteArray &payload, int milliseconds) = 0;
+    /// Whether the next frame can follow: none is half sent.
+    virtual bool isUsable() const = 0;
 };
 
-/// Null when nothing accepts there within the time.
-std::unique_ptr<Connection> openConnection(const Description &address, int milliseconds);
+/// Null when nothing accepts there within the time; \p status then says why: ERR_REFUSED, or ERR_TIMED_OUT.
+std::unique_ptr<Connection> openConnection(const Description &address, int milliseconds, Status &status);
 
-/// What an endpoint does with a payload that came in: the frame to answer with, and whether the connection
-/// may go on.
+/// What an endpoint does with a payload that came in.
 struct Answer
 {
-    QByteArray frame;
-    bool keepsConnection = true;
+    QByteArray frame; ///< to answer with
+    bool keepsConnection = true; ///< else nothing more is read from it
+    bool knowsPeer = false; ///< the peer has shown that it speaks with a service of ours
 };
+/// \p received is OK for a payload, ERR_TOO_LARGE for a frame that announces more than the limit, ERR_REFUSED
+/// for a connection too many.
 using Handler = std::function<Answer(Status received, const QByteArray &payload)>;
 
 /// A listening end. Lives on, and calls its handler on, the thread that opened it, which runs an event loop.
@@ -46,6 +50,9 @@ public:
     virtual ~Endpoint() = default;
     virtual quint16 port() const = 0;
 };
+
+/// Whether a connection to \p address ends at an endpoint opened at \p endpoint, on the same machine.
+bool reaches(const Description &address, const Description &endpoint);
 
 /// Null when the address cannot be listened on.
 std::unique_ptr<Endpoint> openEndpoint(const Description &address, Handler handler);

@@ -5,6 +5,8 @@
 #include <QSharedData>
 #include <QVector>
 
+#include "tuplebuilder.h"
+
 namespace tessel {
 
 namespace {
@@ -90,14 +92,17 @@ Value Tuple::get(const char *name) const
     return value(indexOf(name));
 }
 
-void Tuple::set(const char *name, const Value &value)
+int Tuple::indexOf(const QByteArray &name) const
 {
-    set(QByteArray(name), value);
+    for (int i = 0; i < d->fields.size(); ++i) {
+        if (d->fields.at(i).name == name)
+            return i;
+    }
+    return -1;
 }
 
-void Tuple::set(const QByteArray &name, const Value &value)
+void Tuple::setAt(int index, const QByteArray &name, const Value &value)
 {
-    const int index = indexOf(name.constData());
     if (value.type() == T_NONE) {
         if (index >= 0)
             d->fields.removeAt(index);
@@ -106,6 +111,22 @@ void Tuple::set(const QByteArray &name, const Value &value)
     } else {
         d->fields.append({name, value});
     }
+}
+
+void Tuple::set(const char *name, const Value &value)
+{
+    setAt(indexOf(name), QByteArray(name), value);
+}
+
+void Tuple::set(const QByteArray &name, const Value &value)
+{
+    // A name that came in may hold a zero byte: it is compared whole.
+    setAt(indexOf(name), name, value);
+}
+
+void TupleBuilder::append(Tuple &tuple, const QByteArray &name, const Value &value)
+{
+    tuple.d->fields.append({name, value});
 }
 
 bool Tuple::is_set(const char *name) const

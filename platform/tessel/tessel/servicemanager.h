@@ -23,7 +23,7 @@ public:
     static ServiceManager &auto_create();
 
     /// Opens an endpoint at "TCPIP:HOST:PORT"; "localhost" is reachable from this machine only, port 0 takes
-    /// a free one. True, too, when this process listens there already.
+    /// a free one. True, too, when this process listens there already. Needs a QCoreApplication.
     virtual bool listen(const AString &address);
     /// Port of the endpoint opened last; 0 for none.
     quint16 port() const;

@@ -53,8 +53,11 @@ public:
     friend bool operator!=(const Tuple &a, const Tuple &b) { return !(a == b); }
 
 private:
+    friend struct TupleBuilder;
     struct Data;
     int indexOf(const char *name) const;
+    int indexOf(const QByteArray &name) const;
+    void setAt(int index, const QByteArray &name, const Value &value);
     QSharedDataPointer<Data> d;
 };
 

@@ -1,0 +1,175 @@
+// SPDX-FileCopyrightText: 2026 Halvar Controller contributors
+// SPDX-License-Identifier: Apache-2.0
+//
+// tesselpeer serve [PORT] | MODE PORT: another process for the tests, which serves, or ends in one of the
+// ways in which programs end. Whatever the middleware does wrong at the end shows in its exit status or on
+// stderr.
+#include <QCoreApplication>
+#include <QTimer>
+
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <thread>
+
+#include "testtessel.h"
+
+using namespace tessel;
+
+namespace {
+
+int serveCall(const Tuple &request, Tuple &reply)
+{
+    if (request.class_name() == "sleep") {
+        QThread::msleep(static_cast<unsigned long>(request.get("ms").toInt()));
+        reply = request;
+        return 2;
+    }
+    if (request.class_name() == "exit")
+        std::exit(0);
+    if (request.class_name() == "die")
+        std::_Exit(9);
+    if (request.class_name() == "status")
+        return request.get("status").toInt();
+    if (request.class_name() == "large") {
+        reply.set("text", Value(AString(QByteArray(2 * 1024 * 1024, 'x'))));
+        return 1;
+    }
+    if (request.class_name() == "republish") {
+        publishService("peer", &serveCall);
+        return 1;
+    }
+    if (request.class_name() == "close") {
+        ServiceManager::auto_create().close();
+        return 1;
+    }
+    return echo(request, reply);
+}
+
+AString peerAt(const char *port)
+{
+    return AString(QByteArray("test.Interface:peer@TCPIP:localhost:") + port);
+}
+
+int callOnce(const PService &peer)
+{
+    Tuple reply;
+    return peer ? peer->call(Tuple("echo"), reply) : -1;
+}
+
+int serve(QCoreApplication &app, const char *port)
+{
+    publishService("peer", &serveCall);
+    ServiceManager &manager = ServiceManager::auto_create();
+    if (!manager.listen(AString(QByteArray("TCPIP:localhost:") + port)))
+        return 2;
+    std::printf("%d\n", manager.port());
+    std::fflush(stdout);
+    return app.exec();
+}
+
+/// A service of this process that is called all the time by another thread while the process ends.
+void keepCalling(const char *port)
+{
+    ServiceManager &manager = ServiceManager::auto_create();
+    publishService("busy", &echo);
+    if (!manager.listen("TCPIP:localhost:0"))
+        std::_Exit(2);
+    static const std::string peerPort(port);
+    std::thread([] {
+        const PService peer = Service::bind(peerAt(peerPort.c_str()));
+        for (;;)
+            callOnce(peer);
+    }).detach();
+    // And from outside, over the wire.
+    const quint16 own = manager.port();
+    std::thread([own] {
+        RawPeer raw(own);
+        for (;;) {
+            // Who is there, of "test.Interface" and "busy".
+            raw.send(framed(QByteArray::fromHex("8401016e") + "test.Interface" + QByteArray::fromHex("64")
+                            + "busy"));
+            if (raw.receive().isEmpty())
+                return;
+        }
+    }).detach();
+    QThread::msleep(50);
+}
+
+struct CallsAtTheVeryEnd
+{
+    PService peer;
+    ~CallsAtTheVeryEnd()
+    {
+        // The connections are closed by now, and no new one can be made.
+        if (callOnce(peer) != ERR_PEER_GONE || Service::bind(AString("peer@TCPIP:localhost:1")))
+            std::_Exit(4);
+    }
+};
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    if (argc < 2)
+        return 64;
+    const QByteArray mode(argv[1]);
+    const char *const port = argc > 2 ? argv[2] : "0";
+    if (mode == "no-application") {
+        tessel::init();
+        const PService peer = Service::bind(peerAt(port));
+        publishService("own", &echo); // to listen, an application is needed
+        return callOnce(peer) == 1 ? 0 : 3;
+    }
+
+    auto app = std::make_unique<QCoreApplication>(argc, argv);
+    tessel::init();
+    if (mode == "serve")
+        return serve(*app, port);
+    if (mode == "return") {
+        keepCalling(port);
+        return 0;
+    }
+    if (mode == "exit") {
+        keepCalling(port);
+        QTimer::singleShot(0, [] { std::exit(0); });
+        return app->exec();
+    }
+    if (mode == "exit-in-other-thread") {
+        keepCalling(port);
+        std::thread([] { std::exit(0); }).join();
+        return 3;
+    }
+    if (mode == "application-gone") {
+        const PService peer = Service::bind(peerAt(port));
+        keepCalling(port);
+        app.reset();
+        ServiceManager::auto_create().close();
+        if (ServiceManager::auto_create().listen("TCPIP:localhost:0"))
+            return 4;
+        const PService again = Service::bind(peerAt(port));
+        return callOnce(peer) == 1 && callOnce(again) == 1 ? 0 : 3;
+    }
+    if (mode == "call-from-a-static") {
+        static CallsAtTheVeryEnd late;
+        late.peer = Service::bind(peerAt(port));
+        return callOnce(late.peer) == 1 ? 0 : 3;
+    }
+    if (mode == "listen-at-the-end") {
+        struct ListensAtTheVeryEnd
+        {
+            ~ListensAtTheVeryEnd()
+            {
+                ServiceManager &manager = ServiceManager::auto_create();
+                manager.close();
+                if (manager.listen("TCPIP:localhost:0"))
+                    std::_Exit(4);
+            }
+        };
+        static ListensAtTheVeryEnd late;
+        Q_UNUSED(late)
+        publishService("own", &echo);
+        return ServiceManager::auto_create().listen("TCPIP:localhost:0") ? 0 : 3;
+    }
+    return 64;
+}
