@@ -49,10 +49,9 @@ private:
     std::thread m_thread;
 };
 
-/// Sends once something has come, and keeps the connection until the other end closes it.
-void say(QTcpSocket &socket, const QByteArray &bytes)
+/// Answers, and keeps the connection until the other end closes it.
+void answer(QTcpSocket &socket, const QByteArray &bytes)
 {
-    socket.waitForReadyRead(2000);
     socket.write(bytes);
     socket.waitForBytesWritten(2000);
     while (socket.state() == QAbstractSocket::ConnectedState && socket.waitForReadyRead(2000))
@@ -166,7 +165,7 @@ private slots:
 
     void bind_toSomebodyElseIsEmpty_data()
     {
-        QTest::addColumn<QByteArray>("answer");
+        QTest::addColumn<QByteArray>("bytes");
         QTest::newRow("a web server") << QByteArray("HTTP/1.1 400 Bad Request\r\nConnection: close\r\n\r\n");
         QTest::newRow("nonsense") << framed("nonsense");
         QTest::newRow("an empty frame") << framed(QByteArray());
@@ -176,8 +175,11 @@ private slots:
     }
     void bind_toSomebodyElseIsEmpty()
     {
-        QFETCH(QByteArray, answer);
-        const Somebody somebody([answer](QTcpSocket &socket) { say(socket, answer); });
+        QFETCH(QByteArray, bytes);
+        const Somebody somebody([bytes](QTcpSocket &socket) {
+            socket.waitForReadyRead(2000);
+            answer(socket, bytes);
+        });
         QElapsedTimer timer;
         timer.start();
         QVERIFY(!Service::bind(somebody.description()));
@@ -201,15 +203,34 @@ private slots:
         QVERIFY2(timer.elapsed() < 1500, qPrintable(QString::number(timer.elapsed())));
     }
 
-    void bind_toAPeerThatSaysItIsAnotherIsEmpty()
+    void bind_believesAPeerOnlyThatIsTheOneDescribed_data()
     {
-        const Somebody somebody([](QTcpSocket &socket) {
-            const QByteArray number = numberOf(socket);
-            say(socket,
-                framed(QByteArray::fromHex("8602") + number + QByteArray::fromHex("00") + "\x6atest.Other"
-                       + "\x64peer" + QByteArray::fromHex("01")));
+        QTest::addColumn<QByteArray>("status");
+        QTest::addColumn<QByteArray>("interfaceName");
+        QTest::addColumn<QByteArray>("name");
+        QTest::addColumn<bool>("believed");
+        const QByteArray ok("00");
+        QTest::newRow("the one") << ok << QByteArray("test.Interface") << QByteArray("peer") << true;
+        QTest::newRow("other interface") << ok << QByteArray("test.Interfacf") << QByteArray("peer") << false;
+        QTest::newRow("other name") << ok << QByteArray("test.Interface") << QByteArray("pear") << false;
+        QTest::newRow("not here") << QByteArray("20") << QByteArray("test.Interface") << QByteArray("peer")
+                                  << false;
+    }
+    void bind_believesAPeerOnlyThatIsTheOneDescribed()
+    {
+        QFETCH(QByteArray, status);
+        QFETCH(QByteArray, interfaceName);
+        QFETCH(QByteArray, name);
+        QFETCH(bool, believed);
+        const Somebody somebody([&](QTcpSocket &socket) {
+            answer(socket,
+                   framed(QByteArray::fromHex("8602") + numberOf(socket) + QByteArray::fromHex(status)
+                          + "\x6e" + interfaceName + "\x64" + name + QByteArray::fromHex("01")));
         });
-        QVERIFY(!Service::bind(somebody.description()));
+        QElapsedTimer timer;
+        timer.start();
+        QCOMPARE(bool(Service::bind(somebody.description())), believed);
+        QVERIFY2(timer.elapsed() < 900, qPrintable(QString::number(timer.elapsed())));
     }
 
     void call_ofAServiceThatAnswersTooLateTimesOut_andItsReplyIsSkipped()
