@@ -32,7 +32,8 @@ public:
     void setBeep_time(int microseconds);
     void beep();
 
-    // GPIO operations: 0 or a descriptor on success, negative on failure, which is reported through perror.
+    // GPIO operations: 0 or a descriptor on success, negative on failure. A file that cannot be opened is
+    // reported through perror.
     int gpio_export(unsigned int gpio);
     int gpio_unexport(unsigned int gpio);
     int gpio_set_dir(unsigned int gpio, PIN_DIRECTION direction);

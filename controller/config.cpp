@@ -28,7 +28,9 @@ bool Config::read(QString home)
 {
     m_home = home;
     QFile file(m_home + QLatin1String("config/config_unit"));
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+    // Not as text: that takes out bytes which in UTF-16 are no line ends. The XML reader knows line ends
+    // itself.
+    if (!file.open(QIODevice::ReadOnly)) {
         QLOG_WARN() << "[Halvar Controller]: Une erreur s'est produite lors de l'ouverture du fichier!";
         return false;
     }
@@ -115,7 +117,7 @@ template <typename Value, typename Conversion>
 void Config::readValue(Value &member, Conversion convert)
 {
     const QString key = m_reader.name().toString();
-    const QString text = m_reader.readElementText();
+    const QString text = m_reader.readElementText(QXmlStreamReader::SkipChildElements);
     // Where the file breaks off inside a value, half of a number or of a password is worse than none.
     if (m_reader.hasError())
         return;

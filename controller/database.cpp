@@ -232,8 +232,10 @@ QByteArray Database::unitDocument() const
 void Database::writeItems(const QString &section, const DatabaseItemListModel *items) const
 {
     m_XmlStreamWriter.writeStartElement(section);
-    for (const DatabaseItem *item : *items)
-        writeItem(item);
+    for (const DatabaseItem *item : *items) {
+        if (item)
+            writeItem(item);
+    }
     m_XmlStreamWriter.writeEndElement();
 }
 

@@ -39,7 +39,7 @@ void DatabaseItemListModel::add(const QString &title, const QString &image, cons
 
 DatabaseItem *DatabaseItemListModel::findTitle(const QString &title) const
 {
-    const auto found =
-        std::find_if(begin(), end(), [&title](const DatabaseItem *item) { return item->title() == title; });
+    const auto found = std::find_if(
+        begin(), end(), [&title](const DatabaseItem *item) { return item && item->title() == title; });
     return found == end() ? nullptr : *found;
 }

@@ -89,6 +89,7 @@ HalvarController::HalvarController(QString const &home, Config const *config, Da
 
     const QString accessPoint = QLatin1String("napssid ") + halvar::shellWord(values.getSN_Analyzer())
         + QLatin1Char(' ') + halvar::shellWord(values.getWifiPassword());
+    // Letter for letter what is run: quotes and escapes of the stream would show another command.
     QLOG_INFO().noquote() << "[Halvar Controller]: Launching " << accessPoint;
     halvar::runShellCommand(accessPoint);
 
@@ -126,6 +127,9 @@ HalvarController::~HalvarController()
     workerThread.wait();
     if (m_napServer)
         m_napServer.unregisterObserver(m_observerDescription);
+    // A service that has not heard of it finds nobody, instead of an observer without a controller.
+    if (m_napObserver)
+        m_napObserver->unpublish();
 }
 
 void HalvarController::init()

@@ -66,7 +66,7 @@ void HalvarController::initNAP()
     connect(m_nap_client, &NAPClient::nap_AcqConditions, this, &HalvarController::nap_AcqConditions);
     connect(m_nap_client, &NAPClient::nap_DetectionResult, this, &HalvarController::nap_DetectionResult);
     m_napObserver = tessel::PService(observer);
-    m_napObserver->set_name(serviceName.constData());
+    observer->set_name(serviceName.constData());
     if (!m_napObserver) {
         QLOG_ERROR() << "[Halvar Controller]: * Observer: \"KO\"";
         std::exit(ExitWithoutObserver);

@@ -255,11 +255,12 @@ void HalvarController::measureStatus(nap::AcqStatus status)
 void HalvarController::endDirectMeasure()
 {
     fetchMeasureSummary();
-    if (directMeasures->isEmpty()) {
+    Measure *const measure = directMeasures->first();
+    if (!measure) {
         QLOG_WARN() << "[Halvar Controller]: Measure ended without a direct measure.";
         return;
     }
-    directMeasures->first()->setIdNAP(m_measureSummary.get_id());
+    measure->setIdNAP(m_measureSummary.get_id());
     if (m_measureMode == MeasureModeEnumClass::TRIGGER)
         directMeasures->finalizeFirstMeasure();
 }
@@ -277,15 +278,15 @@ void HalvarController::endIndexedMeasure()
     QLOG_DEBUG() << "[Halvar Controller][Statut]:" << halvar::nameOf(UDStatutEnumClass::UDStatutNames, statut)
                  << ".";
     fetchMeasureSummary();
-    MeasureListModel *const measures = unit->measures();
-    if (measures->isEmpty()) {
+    Measure *const measure = unit->measures()->last();
+    if (!measure) {
         QLOG_WARN() << "[Halvar Controller]: Measure ended without a measure in the unit at index"
                     << m_udIndexEdition;
     } else {
-        measures->last()->setIdNAP(m_measureSummary.get_id());
+        measure->setIdNAP(m_measureSummary.get_id());
         // Only now: the statut counts the decisions as the operator saw them, the last one included.
         if (m_measureMode == MeasureModeEnumClass::TRIGGER)
-            measures->finalizeLastMeasure();
+            unit->measures()->finalizeLastMeasure();
     }
     setEnableMeasure(statut == UDStatutEnumClass::RAW);
 }

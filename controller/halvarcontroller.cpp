@@ -9,7 +9,6 @@
 
 #include <QsLog.h>
 
-#include "config.h"
 #include "labels.h"
 #include "scaling.h"
 #include "shellcommand.h"
@@ -42,7 +41,7 @@ void HalvarController::setMeasureTime(int seconds)
     m_measureTime = seconds;
     emit measureTimeChanged();
     QLOG_INFO() << "[Halvar Controller]: Measure TimeMode changed to " << seconds;
-    m_measureTimer->setInterval(halvar::scaledInterval(seconds, 1000));
+    m_measureTimer->setInterval(halvar::scaledInterval(m_measureTime, 1000)); // a slot may have set it again
 }
 
 void HalvarController::setNbMeasures(int number)
@@ -87,7 +86,8 @@ void HalvarController::setBranchMode(BranchModeEnumClass::BranchMode mode)
 
 void HalvarController::setCurrentAccuracy(Measure *accuracy)
 {
-    if (m_currentAccuracy == accuracy)
+    // Every stage has a result: there is always one to show and to fill.
+    if (!accuracy || m_currentAccuracy == accuracy)
         return;
     m_currentAccuracy = accuracy;
     emit currentAccuracyChanged();
@@ -174,8 +174,8 @@ void HalvarController::setLight(bool on)
     m_light = on;
     emit lightChanged();
     switchLight(on);
-    // 0 s: the light stays on until somebody switches it off.
-    if (!m_config || m_config->Led_Light_Off() == 0)
+    // 0 s, and what counts as that: the light stays on until somebody switches it off.
+    if (m_lightTimer->interval() == 0)
         return;
     if (on)
         m_lightTimer->start();

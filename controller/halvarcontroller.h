@@ -62,7 +62,8 @@ class HALVAR_EXPORT HalvarController : public QObject
     /// Refused while a measure runs; setMeasureMode() never emits the signal.
     Q_PROPERTY(MeasureModeEnumClass::MeasureMode measureMode READ measureMode WRITE setMeasureMode NOTIFY
                    measureModeChanged)
-    /// Number of negative measures that makes a unit negative; 0 leaves the statut alone.
+    /// Number of negative measures that makes a unit negative, one more for a unit that has its result. With
+    /// 0 a unit without a result is left alone.
     Q_PROPERTY(int nbMeasures READ nbMeasures WRITE setNbMeasures NOTIFY nbMeasuresChanged)
     /// Length of a measure in mode DEFINED, in seconds. Refused while a measure runs.
     Q_PROPERTY(int measureTime READ measureTime WRITE setMeasureTime NOTIFY measureTimeChanged)

@@ -15,28 +15,30 @@ MeasureListModel::MeasureListModel(QObject *parent)
 
 void MeasureListModel::lastFrontMeasure(const com::halvar::nap::DetectionResult &result)
 {
-    if (!isEmpty() && result.is_set_decision())
-        first()->setDetectionResult(result);
+    Measure *const newest = first();
+    if (newest && result.is_set_decision())
+        newest->setDetectionResult(result);
     else
         prepend(new Measure);
 }
 
 void MeasureListModel::lastBackMeasure(const com::halvar::nap::DetectionResult &result)
 {
-    if (!isEmpty() && result.is_set_decision())
-        last()->setDetectionResult(result);
+    Measure *const newest = last();
+    if (newest && result.is_set_decision())
+        newest->setDetectionResult(result);
     else
         append(new Measure);
 }
 
 void MeasureListModel::finalizeFirstMeasure()
 {
-    if (!isEmpty())
-        first()->updateResult();
+    if (Measure *newest = first())
+        newest->updateResult();
 }
 
 void MeasureListModel::finalizeLastMeasure()
 {
-    if (!isEmpty())
-        last()->updateResult();
+    if (Measure *newest = last())
+        newest->updateResult();
 }

@@ -13,7 +13,7 @@ class QTimer;
 
 /// Entry of the operator's code of five digits, digit by digit.
 ///
-/// Nothing is accepted before setSecret(). The third wrong code in a row is logged; locking the entry is left
+/// Nothing is accepted before setSecret(). Every third wrong code is logged; locking the entry is left
 /// to the owner of the object (setDisabled()).
 class HALVAR_EXPORT PIN : public QObject
 {

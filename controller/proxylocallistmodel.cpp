@@ -21,8 +21,25 @@ ProxyLocalListModel::ProxyLocalListModel(DatabaseItemListModel *locaux, UDListMo
     sort(0, Qt::AscendingOrder);
 }
 
-int ProxyLocalListModel::findCurrentIndex(const QString &title) const
+void ProxyLocalListModel::invalidateLater()
 {
+    if (m_stale)
+        return;
+    m_stale = true;
+    QMetaObject::invokeMethod(this, &ProxyLocalListModel::refresh, Qt::QueuedConnection);
+}
+
+void ProxyLocalListModel::refresh()
+{
+    if (!m_stale)
+        return;
+    m_stale = false;
+    invalidate();
+}
+
+int ProxyLocalListModel::findCurrentIndex(const QString &title)
+{
+    refresh();
     for (int row = 0; row < rowCount(); ++row) {
         if (index(row, 0).data(titleRole).toString() == title)
             return row;
@@ -30,8 +47,9 @@ int ProxyLocalListModel::findCurrentIndex(const QString &title) const
     return -1;
 }
 
-QString ProxyLocalListModel::firstTitle() const
+QString ProxyLocalListModel::firstTitle()
 {
+    refresh();
     return index(0, 0).data(titleRole).toString();
 }
 

@@ -13,7 +13,7 @@ class UDListModel;
 
 /// The rooms of the reference list that at least one diagnostic unit uses, in the order of that list.
 ///
-/// Units that change do not re-filter it: its owner, the unit list, calls invalidate().
+/// It does not watch the units itself: its owner, the unit list, tells it when they have changed.
 class HALVAR_EXPORT ProxyLocalListModel : public QSortFilterProxyModel
 {
     Q_OBJECT
@@ -23,16 +23,23 @@ public:
     ProxyLocalListModel(DatabaseItemListModel *locaux, UDListModel *uds);
 
     /// Row of the first room whose title is \p title, or -1.
-    Q_INVOKABLE int findCurrentIndex(const QString &title) const;
+    Q_INVOKABLE int findCurrentIndex(const QString &title);
     /// Title of the first room, empty when no room is shown.
-    Q_INVOKABLE QString firstTitle() const;
+    Q_INVOKABLE QString firstTitle();
+
+    /// Filters anew once the event loop runs, or before the next answer of this class: loading a large
+    /// diagnostic filters the rooms once.
+    void invalidateLater();
 
 protected:
     bool filterAcceptsRow(int sourceRow, const QModelIndex &sourceParent) const override;
 
 private:
+    void refresh();
+
     UDListModel *m_uds;
     int titleRole;
+    bool m_stale = false;
 };
 
 #endif // HALVAR_PROXYLOCALLISTMODEL_H

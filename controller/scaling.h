@@ -10,8 +10,8 @@
 
 namespace halvar {
 
-/// \p value x \p factor as an interval: a negative product counts as 0, one beyond int as its maximum,
-/// so that no entry of a configuration file can make a timer fire backwards or at once.
+/// \p value x \p factor as an interval: a negative product counts as 0, one beyond int as its maximum. No
+/// entry of a configuration file overflows, which would give an interval that nobody asked for.
 inline int scaledInterval(int value, int factor)
 {
     const qint64 product = qint64(value) * factor;

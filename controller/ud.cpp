@@ -9,6 +9,16 @@
 using Decision = DetectionDecisionEnumClass;
 using Statut = UDStatutEnumClass;
 
+namespace {
+
+/// A measure that somebody else deleted leaves its row behind, without a decision.
+Decision::DetectionDecision decisionOf(const Measure *measure)
+{
+    return measure ? measure->detectionDecision() : Decision::NO_DECISION;
+}
+
+} // namespace
+
 UD::UD(QObject *parent)
     : QObject(parent)
     , m_measures(this)
@@ -116,21 +126,20 @@ void UD::updateStatut(int nbMeasures)
         return;
 
     for (const Measure *measure : m_measures.toList()) {
-        if (measure->detectionDecision() == Decision::POSITIVE)
-            QLOG_DEBUG() << "[UD][MESURE inc]: POSITIVE";
-        else if (measure->detectionDecision() == Decision::NEGATIVE)
-            QLOG_DEBUG() << "[UD][MESURE inc]: NEGATIVE";
-        else
-            QLOG_DEBUG() << "[UD][MESURE inc]: AUTRE";
+        const Decision::DetectionDecision decision = decisionOf(measure);
+        QLOG_DEBUG() << (decision == Decision::POSITIVE       ? "[UD][MESURE inc]: POSITIVE"
+                             : decision == Decision::NEGATIVE ? "[UD][MESURE inc]: NEGATIVE"
+                                                              : "[UD][MESURE inc]: AUTRE");
     }
 
     int negatives = 0;
     for (const Measure *measure : m_measures.toList()) {
-        if (measure->detectionDecision() == Decision::POSITIVE) {
+        const Decision::DetectionDecision decision = decisionOf(measure);
+        if (decision == Decision::POSITIVE) {
             setResult(Decision::POSITIVE, Statut::POSITIVE);
             return;
         }
-        if (measure->detectionDecision() == Decision::NEGATIVE && ++negatives >= nbMeasures) {
+        if (decision == Decision::NEGATIVE && ++negatives >= nbMeasures) {
             setResult(Decision::NEGATIVE, Statut::NEGATIVE);
             return;
         }

@@ -12,32 +12,21 @@ UDListModel::UDListModel(DatabaseItemListModel *locals, QObject *parent)
     , m_localProxyModel(new ProxyLocalListModel(locals, this))
 {
     qRegisterMetaType<UDStatutEnumClass::UDStatut>("UDStatutEnumClass::UDStatut");
+    qRegisterMetaType<DetectionDecisionEnumClass::DetectionDecision>(
+        "DetectionDecisionEnumClass::DetectionDecision");
     m_localProxyModel->setParent(this);
-    connect(this, &QAbstractItemModel::rowsInserted, this, &UDListModel::filterLocalsLater);
-    connect(this, &QAbstractItemModel::rowsRemoved, this, &UDListModel::filterLocalsLater);
+    connect(this, &QAbstractItemModel::rowsInserted, m_localProxyModel,
+            &ProxyLocalListModel::invalidateLater);
+    connect(this, &QAbstractItemModel::rowsRemoved, m_localProxyModel, &ProxyLocalListModel::invalidateLater);
     const int localRole = roleForName(QByteArrayLiteral("local"));
     connect(this, &QAbstractItemModel::dataChanged, this,
             [this, localRole](const QModelIndex &, const QModelIndex &, const QVector<int> &roles) {
                 if (roles.contains(localRole))
-                    filterLocalsLater();
+                    m_localProxyModel->invalidateLater();
             });
 }
 
 UDListModel::~UDListModel() = default;
-
-void UDListModel::filterLocalsLater()
-{
-    if (m_filterPending)
-        return;
-    m_filterPending = true;
-    QMetaObject::invokeMethod(
-        this,
-        [this] {
-            m_filterPending = false;
-            m_localProxyModel->invalidate();
-        },
-        Qt::QueuedConnection);
-}
 
 MeasureListModel *UDListModel::measures() const
 {

@@ -21,8 +21,8 @@ public:
     explicit UDListModel(DatabaseItemListModel *locals, QObject *parent = nullptr);
     ~UDListModel() override;
 
-    /// The rooms in use, for the application to hand to QML; owned by this list. Follows the units once the
-    /// event loop runs, so that loading a large diagnostic filters them once.
+    /// The rooms in use, for the application to hand to QML; owned by this list, which has it
+    /// follow the units.
     ProxyLocalListModel *localProxyModel() const { return m_localProxyModel; }
 
     /// -1 for none. Not checked: the interface moves on before the list has grown.
@@ -38,11 +38,8 @@ public slots:
     UDStatutEnumClass::UDStatut currentStatut() const;
 
 private:
-    void filterLocalsLater();
-
     ProxyLocalListModel *m_localProxyModel;
     int m_UDindex = -1;
-    bool m_filterPending = false;
 };
 
 #endif // HALVAR_UDLISTMODEL_H

@@ -311,6 +311,25 @@ private slots:
                  QStringLiteral("INFO [Halvar Controller]: Measure TimeMode changed to  7"));
     }
 
+    void measureTime_setAgainByItsOwnSignal_keepsTheTimerInStep()
+    {
+        TestHome home;
+        ControllerFixture controller(home);
+        HalvarController *const c = controller.controller.get();
+        connect(c, &HalvarController::measureTimeChanged, this, [c] { c->setMeasureTime(5); });
+        c->setMeasureTime(10);
+        QCOMPARE(c->measureTime(), 5);
+        QCOMPARE(c->findChildren<QTimer *>(QString(), Qt::FindDirectChildrenOnly)[5]->interval(), 5000);
+    }
+
+    void currentAccuracy_isNeverNull()
+    {
+        TestHome home;
+        ControllerFixture controller(home);
+        controller->setCurrentAccuracy(nullptr);
+        QCOMPARE(controller->currentAccuracy(), controller->accuracyInit);
+    }
+
     void plainSetters_emitOnlyOnChange()
     {
         TestHome home;
@@ -485,9 +504,17 @@ private slots:
         QVERIFY(!timer->isActive());
     }
 
+    void light_staysOnWithoutATime_data()
+    {
+        QTest::addColumn<QString>("seconds");
+        QTest::newRow("none") << QStringLiteral("0");
+        QTest::newRow("negative counts as none") << QStringLiteral("-5");
+    }
     void light_staysOnWithoutATime()
     {
+        QFETCH(QString, seconds);
         TestHome home;
+        home.setConfig(QStringLiteral("Led_Light_Off"), seconds);
         ControllerFixture controller(home);
         QTimer *const timer = controller->findChildren<QTimer *>(QString(), Qt::FindDirectChildrenOnly)[1];
         QCOMPARE(timer->interval(), 0);

@@ -433,6 +433,29 @@ private slots:
         QCOMPARE(c->acquisitionMode(), Acquisition::NONE);
     }
 
+    void measuresDeletedByOthers_leaveRowsThatAreSkipped()
+    {
+        UD *const unit = addUnit();
+        c->setUdIndexEdition(0);
+        c->setBranchMode(Branch::BRANCH_INDEXED);
+        startMeasure();
+        c->nap_DetectionResult(startOfShot);
+        delete unit->measures()->last();
+        QVERIFY(!unit->measures()->last());
+        LogRecorder log;
+        c->nap_AcqStatus(nap::NOT_STARTED);
+        QCOMPARE(log.lines(QStringLiteral("WARN")).size(), 1);
+        QCOMPARE(unit->statut(), Statut::RAW);
+
+        c->setBranchMode(Branch::BRANCH_DIRECT);
+        startMeasure();
+        c->nap_DetectionResult(startOfShot);
+        delete c->directMeasures->first();
+        c->nap_DetectionResult(result(1, 0.1, Decision::POSITIVE)); // finds no measure: a new one begins
+        QCOMPARE(c->directMeasures->size(), 2);
+        QVERIFY(c->directMeasures->first());
+    }
+
     void failedGetLastMeasure_keepsTheSummaryBefore()
     {
         c->setBranchMode(Branch::BRANCH_DIRECT);
@@ -687,6 +710,18 @@ private slots:
         for (int i = 0; i < 3; ++i)
             expected << QStringLiteral("getLastCalibrationDate") << QStringLiteral("sendLastStatus");
         QCOMPARE(calls(), expected);
+    }
+
+    void observer_isGoneWithItsController()
+    {
+        const QString description = QStringLiteral("nap_server@TCPIP:localhost:3556");
+        QCOMPARE(m_service->nap().observers(), QStringList{description});
+        const tessel::AString observer(QLatin1String("com.halvar.nap.NotificationObserver:") + description);
+        QVERIFY(tessel::Service::bind(observer));
+        m_fixture.reset();
+        QCOMPARE(m_service->nap().observers(), QStringList());
+        QVERIFY(!tessel::Service::bind(observer));
+        QCOMPARE(calls(), QStringList{QStringLiteral("unregisterObserver")});
     }
 
     void notifications_reachTheControllerFromTheService()

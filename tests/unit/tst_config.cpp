@@ -228,6 +228,31 @@ private slots:
         QVERIFY(config.getN_ASN().isEmpty());
     }
 
+    void elementInsideAValue_isSkippedAndLosesNothing()
+    {
+        write(fileWith("<SN_Analyzer>HV<b>x</b>42</SN_Analyzer><Password>12345</Password>"));
+        Config config;
+        QVERIFY(config.read(home()));
+        QCOMPARE(config.getSN_Analyzer(), QStringLiteral("HV42"));
+        QCOMPARE(config.Password(), 12345);
+    }
+
+    void utf16_isReadWhateverItsBytes()
+    {
+        // U+0D0A holds the bytes of a line end.
+        const QString text =
+            QStringLiteral("<?xml version=\"1.0\" encoding=\"UTF-16\"?>\r\n<Data><V/><U><SN_Analyzer>")
+            + QChar(0x0d0a) + QStringLiteral("</SN_Analyzer><Time_Measure>4</Time_Measure></U></Data>");
+        QByteArray bytes("\xff\xfe");
+        for (const QChar c : text)
+            bytes.append(char(c.cell())).append(char(c.row()));
+        write(bytes);
+        Config config;
+        QVERIFY(config.read(home()));
+        QCOMPARE(config.getSN_Analyzer(), QString(QChar(0x0d0a)));
+        QCOMPARE(config.Time_Measure(), 4);
+    }
+
     void unknownElements_areTracedAndSkippedWhole()
     {
         write("<Data><V><Password>1</Password><VersionMarten>m</VersionMarten></V>"

@@ -99,7 +99,7 @@ void TstProxyLocalListModel::rooms_areShownOnceAUnitUsesThem()
     addUnit("Chambre");
     addUnit("Chambre");
     addUnit("Grenier"); // a room that the reference list does not have
-    const ProxyLocalListModel proxy(m_rooms.get(), m_units.get());
+    ProxyLocalListModel proxy(m_rooms.get(), m_units.get());
     QCOMPARE(titles(proxy), QStringLiteral("Cuisine Chambre"));
     QCOMPARE(proxy.sourceModel(), m_rooms.get());
 }
@@ -108,7 +108,7 @@ void TstProxyLocalListModel::rooms_keepTheOrderOfTheReferenceList()
 {
     for (const char *local : {"Chambre", "Entrée", "Cuisine", "Salon"})
         addUnit(local);
-    const ProxyLocalListModel proxy(m_rooms.get(), m_units.get());
+    ProxyLocalListModel proxy(m_rooms.get(), m_units.get());
     QCOMPARE(titles(proxy), QStringLiteral("Salon Cuisine Entrée Chambre"));
     QVERIFY(proxy.dynamicSortFilter());
     QCOMPARE(proxy.sortColumn(), 0);
@@ -123,7 +123,7 @@ void TstProxyLocalListModel::rooms_areMatchedExactly()
     addUnit("salon");
     addUnit("Entree");
     addUnit("Cuisine ");
-    const ProxyLocalListModel proxy(m_rooms.get(), m_units.get());
+    ProxyLocalListModel proxy(m_rooms.get(), m_units.get());
     QCOMPARE(titles(proxy), QString());
 }
 
@@ -131,7 +131,7 @@ void TstProxyLocalListModel::rooms_ofTheSameTitle_areAllShown()
 {
     m_rooms->add(QStringLiteral("Salon"), QString());
     addUnit("Salon");
-    const ProxyLocalListModel proxy(m_rooms.get(), m_units.get());
+    ProxyLocalListModel proxy(m_rooms.get(), m_units.get());
     QCOMPARE(titles(proxy), QStringLiteral("Salon Salon"));
     QCOMPARE(proxy.findCurrentIndex(QStringLiteral("Salon")), 0);
 }
@@ -139,18 +139,18 @@ void TstProxyLocalListModel::rooms_ofTheSameTitle_areAllShown()
 void TstProxyLocalListModel::withoutUnits_noRoomIsShown()
 {
     m_rooms->add(QString(), QString()); // not even one without a title
-    const ProxyLocalListModel proxy(m_rooms.get(), m_units.get());
+    ProxyLocalListModel proxy(m_rooms.get(), m_units.get());
     QCOMPARE(proxy.rowCount(), 0);
 }
 
 void TstProxyLocalListModel::withoutLists_noRoomIsShown()
 {
     addUnit("Salon");
-    const ProxyLocalListModel withoutRooms(nullptr, m_units.get());
+    ProxyLocalListModel withoutRooms(nullptr, m_units.get());
     QCOMPARE(withoutRooms.rowCount(), 0);
     QCOMPARE(withoutRooms.firstTitle(), QString());
     QCOMPARE(withoutRooms.findCurrentIndex(QStringLiteral("Salon")), -1);
-    const ProxyLocalListModel withoutUnits(m_rooms.get(), nullptr);
+    ProxyLocalListModel withoutUnits(m_rooms.get(), nullptr);
     QCOMPARE(withoutUnits.rowCount(), 0);
 }
 
@@ -186,7 +186,7 @@ void TstProxyLocalListModel::unitsDeletedOutside_areSkipped()
     addUnit("Salon");
     addUnit("Cuisine");
     delete m_units->first();
-    const ProxyLocalListModel proxy(m_rooms.get(), m_units.get());
+    ProxyLocalListModel proxy(m_rooms.get(), m_units.get());
     QCOMPARE(titles(proxy), QStringLiteral("Cuisine"));
 }
 
@@ -203,7 +203,7 @@ void TstProxyLocalListModel::unitListGone_showsNoRoom()
 void TstProxyLocalListModel::roomListGone_showsNoRoom()
 {
     addUnit("Salon");
-    const ProxyLocalListModel proxy(m_rooms.get(), m_units.get());
+    ProxyLocalListModel proxy(m_rooms.get(), m_units.get());
     QCOMPARE(proxy.rowCount(), 1);
     m_rooms.reset();
     QCOMPARE(proxy.rowCount(), 0);
@@ -214,7 +214,7 @@ void TstProxyLocalListModel::findCurrentIndex_findsTheRowOrMinusOne()
 {
     addUnit("Cuisine");
     addUnit("Chambre");
-    const ProxyLocalListModel proxy(m_rooms.get(), m_units.get());
+    ProxyLocalListModel proxy(m_rooms.get(), m_units.get());
     QCOMPARE(proxy.findCurrentIndex(QStringLiteral("Cuisine")), 0);
     QCOMPARE(proxy.findCurrentIndex(QStringLiteral("Chambre")), 1);
     QCOMPARE(proxy.findCurrentIndex(QStringLiteral("Salon")), -1); // used by no unit
