@@ -72,6 +72,7 @@ private slots:
     void sort_follows_changesOfRows();
     void expression_thatMakesTheProxyEvaluateAgain_keepsItsNames();
     void expression_thatReplacesItself_isFinishedFirst();
+    void expression_thatReplacesItself_leavesTheNextRowsToTheNew();
     void expression_thatEmptiesTheOther_isSurvived();
 
 private:
@@ -381,6 +382,15 @@ void TstQQmlSortFilterProxyModelExpressions::expression_thatReplacesItself_isFin
     QCOMPARE(titles(proxy), QStringLiteral("d f c"));
     QCOMPARE(m_probe->takeNotes(), QString()); // the old expression is never asked again
     QCOMPARE(warnings(log), QStringList());
+}
+
+void TstQQmlSortFilterProxyModelExpressions::expression_thatReplacesItself_leavesTheNextRowsToTheNew()
+{
+    const QQmlScriptString next = make("filterExpression: model.rank === 2")->filterExpression();
+    Proxy *proxy = make("sourceModel: list; filterExpression: probe.note(index)");
+    m_probe->during = [&] { proxy->setFilterExpression(next); };
+    QCOMPARE(titles(proxy), QStringLiteral("b d"));
+    QCOMPARE(m_probe->takeNotes(), QStringLiteral("0"));
 }
 
 void TstQQmlSortFilterProxyModelExpressions::expression_thatEmptiesTheOther_isSurvived()
