@@ -84,6 +84,49 @@ bool same(const Message &a, const Message &b)
     return false;
 }
 
+/// The examples of the wire format's page, in their order.
+QVector<Message> documented()
+{
+    constexpr qint64 session = 0x0123456789abcdef;
+    Message hello;
+    hello.kind = Hello;
+    hello.number = 1;
+    hello.interfaceName = "com.halvar.nap.NAPServer";
+    hello.serviceName = "nap_server";
+    Message welcome = hello;
+    welcome.kind = Welcome;
+    welcome.session = session;
+    Message nobody;
+    nobody.kind = Welcome;
+    nobody.number = 1;
+    nobody.status = ERR_NO_SUCH_SERVICE;
+
+    Message start = callOf(Tuple("com.halvar.nap.NAPServer.startMeasure"), 2, session);
+    start.tuple.set("customData", Value(Tuple("com::halvar::nap::MeasureCustomData")));
+    start.tuple.set("autoStop", Value(true));
+    Message started;
+    started.kind = Reply;
+    started.number = 2;
+    Message date = started;
+    date.number = 3;
+    date.tuple.set("date", Value(TimeDate(2025, 12, 31)));
+
+    Tuple detection("com::halvar::nap::DetectionResult");
+    detection.set("value", Value(1.25));
+    detection.set("sigma", Value(0.05));
+    detection.set("decision", Value(0));
+    Tuple notification("com::halvar::nap::NotificationMessage");
+    notification.set("id", Value(AString("NAP_DETECTION")));
+    notification.set("detection", Value(detection));
+    Message onMessage = callOf(Tuple("com.halvar.nap.NotificationObserver.onMessage"), 300, 7);
+    onMessage.tuple.set("message", Value(notification));
+
+    Message dropped;
+    dropped.kind = Reply;
+    dropped.status = ERR_MALFORMED;
+    return {hello, welcome, nobody, start, started, date, onMessage, dropped};
+}
+
 } // namespace
 
 class TstTesselProtocol : public QObject
@@ -341,6 +384,40 @@ private slots:
         tuple.clear();
         tuple.set("\x80", Value(1));
         QCOMPARE(int(encode(callOf(tuple), frame)), int(ERR_MALFORMED));
+    }
+
+    void documentation_showsTheBytes()
+    {
+        QFile file(QStringLiteral(HALVAR_SOURCE_DIR "/docs/wire-format.md"));
+        QVERIFY2(file.open(QIODevice::ReadOnly), qPrintable(file.errorString()));
+        const QString page = QString::fromUtf8(file.readAll());
+        // An example is a fenced block of lines "bytes in hexadecimal   # what they mean".
+        const QRegularExpression fence(QStringLiteral("```hex\\n(.*?)```"),
+                                       QRegularExpression::DotMatchesEverythingOption);
+        QVector<QByteArray> examples;
+        auto matches = fence.globalMatch(page);
+        while (matches.hasNext()) {
+            QByteArray bytes;
+            const QStringList lines = matches.next().captured(1).split(QLatin1Char('\n'));
+            for (const QString &line : lines)
+                bytes += QByteArray::fromHex(line.section(QLatin1Char('#'), 0, 0).toLatin1());
+            examples.append(bytes);
+        }
+        const QVector<Message> messages = documented();
+        QCOMPARE(examples.size(), messages.size());
+        for (int i = 0; i < messages.size(); ++i) {
+            QByteArray frame;
+            QCOMPARE(int(encode(messages.at(i), frame)), int(OK));
+            QCOMPARE(examples.at(i).toHex(' '), frame.toHex(' '));
+            Message decoded;
+            QCOMPARE(int(decode(examples.at(i).mid(HeaderSize), decoded)), int(OK));
+            QVERIFY(same(decoded, messages.at(i)));
+        }
+        // And its tables name the numbers of the code.
+        for (const int status : {ERR_NO_SUCH_SERVICE, ERR_REFUSED, ERR_TIMED_OUT, ERR_PEER_GONE,
+                                 ERR_MALFORMED, ERR_TOO_LARGE, ERR_NOT_IMPLEMENTED})
+            QVERIFY(page.contains(QStringLiteral("| %1 | `ERR_").arg(status)));
+        QVERIFY(page.contains(QStringLiteral("1 to 1,048,576 bytes")) && MaxPayload == 1048576);
     }
 
     void headerAnnouncesUpToFourGigabytes()
