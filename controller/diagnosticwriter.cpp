@@ -41,7 +41,7 @@ QHash<QString, QString> imagesOf(const DatabaseItemListModel *list)
     if (!list)
         return images;
     for (const DatabaseItem *item : list->toList()) {
-        if (!images.contains(item->title()))
+        if (item && !images.contains(item->title()))
             images.insert(item->title(), item->image());
     }
     return images;
@@ -119,8 +119,10 @@ void DiagnosticWriter::writeUnits()
 {
     m_xml.writeStartElement(QStringLiteral("Uds"));
     int number = 0;
-    for (const UD *unit : m_controller.uds->toList())
-        writeUnit(*unit, ++number);
+    for (const UD *unit : m_controller.uds->toList()) {
+        if (unit) // null when somebody else deleted it
+            writeUnit(*unit, ++number);
+    }
     m_xml.writeEndElement();
 }
 
@@ -136,8 +138,10 @@ void DiagnosticWriter::writeUnit(const UD &unit, int number)
     writeText(QStringLiteral("Statut"), label(UDStatutEnumClass::UDStatutNames, unit.statut()));
     writeText(QStringLiteral("Observation"), unit.observation());
     m_xml.writeStartElement(QStringLiteral("Mesures"));
-    for (const Measure *measure : unit.measures()->toList())
-        writeMeasure(*measure);
+    for (const Measure *measure : unit.measures()->toList()) {
+        if (measure)
+            writeMeasure(*measure);
+    }
     m_xml.writeEndElement();
     m_xml.writeEndElement();
 }

@@ -19,10 +19,15 @@
 
 namespace {
 
-/// A name that stays inside files/ and that the file system can hold.
-bool isFileName(const QString &name)
+/// Why a diagnostic cannot have this name, null when it can: it must stay inside files/, and the file system
+/// would end it at a null character.
+const char *refusalOf(const QString &name)
 {
-    return !name.contains(QLatin1Char('/')) && !name.contains(QChar(0));
+    if (name.contains(QLatin1Char('/')))
+        return "the name must not contain a slash.";
+    if (name.contains(QChar(0)))
+        return "the name must not contain a null character.";
+    return nullptr;
 }
 
 QByteArray contentOf(const QString &path)
@@ -58,9 +63,8 @@ void HalvarController::saveFile()
         return;
     const QString base = m_home + QLatin1String("/files/") + m_fileName;
     const QString path = base + QLatin1String(".xml");
-    if (!isFileName(m_fileName)) {
-        QLOG_ERROR() << "[Halvar Controller]: File" << path
-                     << "not saved: the name must not contain a slash.";
+    if (const char *const refusal = refusalOf(m_fileName)) {
+        QLOG_ERROR() << "[Halvar Controller]: File" << path << "not saved:" << refusal;
         return;
     }
     const QString replaced = QFileInfo(path).canonicalFilePath();

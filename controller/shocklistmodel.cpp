@@ -90,8 +90,10 @@ void ShockListModel::write()
     xml.setAutoFormatting(true);
     xml.writeStartDocument();
     xml.writeStartElement(QStringLiteral("history_shocks"));
-    for (const Shock *shock : *this)
-        xml.writeTextElement(QStringLiteral("shock"), shock->dateTime().toString(format()));
+    for (const Shock *shock : *this) {
+        if (shock) // null when somebody else deleted it
+            xml.writeTextElement(QStringLiteral("shock"), shock->dateTime().toString(format()));
+    }
     xml.writeEndDocument();
     halvar::ReplaceFailure failure;
     if (!halvar::replaceFile(m_file->fileName(), content, &failure) && failure.opened)

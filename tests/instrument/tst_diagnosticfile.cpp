@@ -214,6 +214,24 @@ private slots:
         QVERIFY(saved.contains("<Sigma>" + text + "</Sigma>"));
     }
 
+    void rowsDeletedBySomebodyElse_areNotSaved()
+    {
+        fillDiagnostic();
+        delete m->database().m_LocalItemsListModel->first();
+        delete (*m)->uds->first()->measures()->first();
+        (*m)->saveFile();
+        QByteArray saved = m->saved(QStringLiteral("Maison n°1"));
+        QVERIFY(!saved.contains("<Mesure Id=\"101\">"));
+        QVERIFY(saved.contains("<Mesure Id=\"102\">"));
+        QVERIFY(saved.contains("<Local Image=\"qrc:/second.png\">Cuisine</Local>"));
+        delete (*m)->uds->first();
+        (*m)->saveFile();
+        saved = m->saved(QStringLiteral("Maison n°1"));
+        QCOMPARE(saved.count("<Ud Id="), 1);
+        QVERIFY(saved.contains("<Ud Id=\"1\">"));
+        QVERIFY(saved.contains("Porte"));
+    }
+
     void valuesOutsideTheirEnumerations_haveNoLabel()
     {
         (*m)->setFileName(QStringLiteral("a"));

@@ -180,6 +180,17 @@ private slots:
         QCOMPARE(spy[0][2].value<QVector<int>>(), QVector<int>{258});
     }
 
+    void itemDeletedBySomebodyElse_isPassedOver()
+    {
+        m_tester.reset();
+        m_list->add(QStringLiteral("Mur"), QStringLiteral("qrc:/1.png"));
+        m_list->add(QStringLiteral("Mur"), QStringLiteral("qrc:/2.png"));
+        delete m_list->first();
+        QCOMPARE(m_list->first(), nullptr);
+        QCOMPARE(m_list->findImageFromTitle(QStringLiteral("Mur")), QStringLiteral("qrc:/2.png"));
+        QVERIFY(!m_list->activateIfTitleExist(QStringLiteral("Porte")));
+    }
+
     void qml_addsAndFinds()
     {
         QQmlEngine engine;

@@ -164,6 +164,22 @@ private slots:
         QCOMPARE(values(), (QList<double>{2.0, 20.0}));
     }
 
+    void measureDeletedBySomebodyElse_isNoneToGoOnWith()
+    {
+        m_tester.reset();
+        m_list->append(new Measure);
+        delete m_list->first();
+        m_list->finalizeFirstMeasure();
+        m_list->finalizeLastMeasure();
+        m_list->lastFrontMeasure(result(1.0, com::halvar::nap::NEGATIVE));
+        QCOMPARE(m_list->size(), 2);
+        m_list->lastBackMeasure(result(1.0, com::halvar::nap::NEGATIVE));
+        QCOMPARE(m_list->size(), 3);
+        QCOMPARE(m_list->first()->concentration(), 0.0);
+        QCOMPARE(m_list->at(1), nullptr);
+        QCOMPARE(m_list->last()->concentration(), 0.0);
+    }
+
     void finalizingAnEmptyList_doesNothing()
     {
         LogRecorder log;

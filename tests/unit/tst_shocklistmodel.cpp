@@ -301,6 +301,16 @@ private slots:
                             "    <shock>02-03-2026 15:06:09 CET</shock>\n</history_shocks>\n"));
     }
 
+    void shockDeletedBySomebodyElse_isNotWritten()
+    {
+        put(reference());
+        ShockListModel list(home());
+        delete list.first();
+        list.write();
+        QCOMPARE(file().count("<shock>"), 2);
+        QVERIFY(!file().contains("01-03-2026"));
+    }
+
     void missingDirectory_isSilent()
     {
         QVERIFY(QDir(m_directory->path()).rmdir(QStringLiteral("shock")));

@@ -338,6 +338,19 @@ private slots:
                  }));
     }
 
+    void measureDeletedBySomebodyElse_isPassedOver()
+    {
+        UD unit;
+        measure(unit, "PN");
+        delete unit.measures()->first();
+        LogRecorder log(QsLogging::DebugLevel);
+        unit.updateStatut(1);
+        QCOMPARE(unit.statut(), UDStatutEnumClass::NEGATIVE);
+        QCOMPARE(log.lines().filter(QStringLiteral("[UD][MESURE inc]")),
+                 (QStringList{QStringLiteral("DEBUG [UD][MESURE inc]: AUTRE"),
+                              QStringLiteral("DEBUG [UD][MESURE inc]: NEGATIVE")}));
+    }
+
     void accuracyDecisions_countAsOthers()
     {
         for (int decision = DetectionDecisionEnumClass::NOT_DETERMINED;
