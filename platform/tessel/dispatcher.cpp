@@ -44,7 +44,7 @@ QByteArray replyFrame(quint32 number, int status)
 Dispatcher::Dispatcher()
 {
     m_thread.setObjectName(QStringLiteral("tessel dispatch"));
-    m_context.moveToThread(&m_thread);
+    m_queue.moveToThread(&m_thread);
 }
 
 Dispatcher::~Dispatcher()
@@ -88,7 +88,7 @@ bool Dispatcher::listen(const Description &address)
         m_endpoints.push_back(std::move(endpoint));
     };
     m_thread.start(); // when it does not run yet
-    onDispatchThread(open);
+    m_queue.doAndWait(open);
     if (port == 0)
         return false;
     const std::lock_guard<std::mutex> lock(m_mutex);
@@ -96,14 +96,6 @@ bool Dispatcher::listen(const Description &address)
     m_addresses.back().port = port;
     m_lastPort = port;
     return true;
-}
-
-void Dispatcher::onDispatchThread(const std::function<void()> &work)
-{
-    if (QThread::currentThread() == &m_thread)
-        work();
-    else if (!m_stopped && m_thread.isRunning() && QCoreApplication::instance())
-        QMetaObject::invokeMethod(&m_context, work, Qt::BlockingQueuedConnection);
 }
 
 quint16 Dispatcher::lastPort() const
@@ -114,7 +106,7 @@ quint16 Dispatcher::lastPort() const
 
 void Dispatcher::close()
 {
-    onDispatchThread([this] {
+    const auto closeAll = [this] {
         if (!m_answering) {
             m_endpoints.clear();
             return;
@@ -123,8 +115,10 @@ void Dispatcher::close()
         const auto closing = std::make_shared<std::vector<std::unique_ptr<Endpoint>>>(std::move(m_endpoints));
         m_endpoints.clear();
         QMetaObject::invokeMethod(
-            &m_context, [closing] { closing->clear(); }, Qt::QueuedConnection);
-    });
+            &m_queue, [closing] { closing->clear(); }, Qt::QueuedConnection);
+    };
+    if (m_thread.isRunning())
+        m_queue.doAndWait(closeAll);
     const std::lock_guard<std::mutex> lock(m_mutex);
     m_addresses.clear();
     m_lastPort = 0;

@@ -7,7 +7,6 @@
 #include <QThread>
 
 #include <atomic>
-#include <functional>
 #include <memory>
 #include <mutex>
 #include <vector>
@@ -15,6 +14,7 @@
 #include "tessel/description.h"
 #include "tessel/service.h"
 #include "transport.h"
+#include "workqueue.h"
 
 namespace tessel {
 
@@ -45,7 +45,6 @@ private:
         qint64 session;
     };
 
-    void onDispatchThread(const std::function<void()> &work);
     Answer answer(Status received, const QByteArray &payload);
     Answer welcome(const QByteArray &interfaceName, const QByteArray &name, quint32 number) const;
     PService serviceOf(qint64 session) const;
@@ -59,7 +58,7 @@ private:
     std::vector<std::unique_ptr<Endpoint>> m_endpoints;
     bool m_answering = false; // a service is at work
     QThread m_thread;
-    QObject m_context; // lives on the dispatch thread
+    WorkQueue m_queue; // lives on the dispatch thread
     std::atomic<bool> m_stopped{false};
 };
 
