@@ -129,6 +129,15 @@ public:
 
     Status status() const { return m_status; }
 
+    /// The kind, which comes first, decides how many \p elements there must be.
+    bool enterMessage(quint64 &elements)
+    {
+        if (!expect(m_cbor.isArray() && m_cbor.isLengthKnown()))
+            return false;
+        elements = m_cbor.length();
+        return expect(m_cbor.enterContainer());
+    }
+
     bool enterArray(quint64 size)
     {
         return expect(m_cbor.isArray() && m_cbor.isLengthKnown() && m_cbor.length() == size)
@@ -203,11 +212,26 @@ private:
             || !readValue(static_cast<Types>(type), value, depth))
             return false;
         // A name twice could be read two ways.
-        if (!expect(!names.contains(name)))
+        if (!expect(isNew(name, tuple, names)))
             return false;
-        names.insert(name);
         TupleBuilder::append(tuple, name, value);
         return leaveArray();
+    }
+
+    /// Looks among the few names of a record itself, and in a set where there are many.
+    static bool isNew(const QByteArray &name, const Tuple &tuple, QSet<QByteArray> &names)
+    {
+        constexpr int few = 16;
+        const int size = tuple.size();
+        if (size < few)
+            return !TupleBuilder::contains(tuple, name);
+        if (size == few) {
+            for (int i = 0; i < size; ++i)
+                names.insert(tuple.name(i));
+        }
+        const int before = names.size();
+        names.insert(name);
+        return names.size() > before;
     }
 
     bool readValue(Types type, Value &value, int depth)
@@ -319,6 +343,7 @@ quint64 elementsOf(Kind kind)
 Status encode(const Message &message, QByteArray &frame)
 {
     frame.clear();
+    frame.reserve(512); // most messages fit
     QBuffer buffer(&frame);
     buffer.open(QIODevice::WriteOnly);
     buffer.write(QByteArray(HeaderSize, '\0')); // until the length is known
@@ -363,19 +388,16 @@ Status decode(const QByteArray &payload, Message &message)
     message = Message();
     if (payload.size() > MaxPayload)
         return ERR_TOO_LARGE;
-    // The kind decides the length of the outer array, so it is looked at first.
-    QCborStreamReader outer(payload);
-    if (!outer.isArray() || !outer.isLengthKnown())
-        return ERR_MALFORMED;
     Decoder decoder(payload);
+    quint64 elements = 0;
     qint64 kind = 0;
     qint64 number = 0;
-    if (!decoder.enterArray(outer.length()) || !decoder.readInteger(kind, Hello, Reply)
+    if (!decoder.enterMessage(elements) || !decoder.readInteger(kind, Hello, Reply)
         || !decoder.readInteger(number, 0, std::numeric_limits<quint32>::max()))
         return ERR_MALFORMED;
     message.kind = static_cast<Kind>(kind);
     message.number = static_cast<quint32>(number);
-    if (outer.length() != elementsOf(message.kind))
+    if (elements != elementsOf(message.kind))
         return ERR_MALFORMED;
     if (!readBody(decoder, message) || !decoder.leaveArray() || !decoder.hasConsumed(payload.size()))
         return decoder.status() == OK ? ERR_MALFORMED : decoder.status();

@@ -351,6 +351,29 @@ private slots:
         QCOMPARE(int(decode(payload, message)), int(ERR_TOO_LARGE));
     }
 
+    void aNameTwice_isFoundWhereverItIs_data()
+    {
+        QTest::addColumn<int>("size");
+        for (const int size : {2, 15, 16, 17, 18, 40})
+            QTest::addRow("%d fields", size) << size;
+    }
+    void aNameTwice_isFoundWhereverItIs()
+    {
+        QFETCH(int, size);
+        Tuple tuple("T");
+        for (int i = 0; i < size; ++i)
+            tuple.set(QByteArray::number(100 + i), Value(true));
+        const QByteArray payload = payloadOf(callOf(tuple));
+        Message message;
+        QCOMPARE(int(decode(payload, message)), int(OK));
+        for (const int twice : {0, size / 2, size - 2}) {
+            QByteArray bad = payload;
+            QCOMPARE(bad.count(QByteArray::number(100 + size - 1)), 1);
+            bad.replace(QByteArray::number(100 + size - 1), QByteArray::number(100 + twice));
+            QCOMPARE(int(decode(bad, message)), int(ERR_MALFORMED));
+        }
+    }
+
     void aMessageFullOfFields_isReadInTheTimeOfItsBytes()
     {
         // 1 MiB of tuples of 4096 fields each: looking every name up among the others would take seconds.
