@@ -129,6 +129,8 @@ void QQmlSortFilterProxyModel::setFilterExpression(const QQmlScriptString &filte
     m_filterScriptString = filterScriptString;
     delete std::exchange(m_filterExpression, nullptr);
     m_filterOrigin = Origin(filterScriptString);
+    m_model = halvar::RoleReader(m_filterOrigin.text, QStringLiteral("model"));
+    m_indexMentioned = halvar::isMentioned(m_filterOrigin.text, QStringLiteral("index"));
     invalidateFilter();
     emit filterExpressionChanged();
 }
@@ -154,6 +156,10 @@ void QQmlSortFilterProxyModel::setSortExpression(const QQmlScriptString &compare
     m_compareScriptString = compareScriptString;
     delete std::exchange(m_compareExpression, nullptr);
     m_compareOrigin = Origin(compareScriptString);
+    m_modelLeft = halvar::RoleReader(m_compareOrigin.text, QStringLiteral("modelLeft"));
+    m_modelRight = halvar::RoleReader(m_compareOrigin.text, QStringLiteral("modelRight"));
+    m_indicesMentioned = halvar::isMentioned(m_compareOrigin.text, QStringLiteral("indexLeft"))
+        || halvar::isMentioned(m_compareOrigin.text, QStringLiteral("indexRight"));
     if (sortColumn() >= 0) {
         // Both sort the rows again without filtering them again: sort() does so only while it is not
         // done dynamically, and then takes the same column and order for nothing to do.
@@ -197,10 +203,13 @@ bool QQmlSortFilterProxyModel::filterAcceptsRow(int sourceRow, const QModelIndex
         return false;
     if (m_filterScriptString.isEmpty())
         return true;
+    Names names;
+    if (m_model.isMentioned())
+        names.append({QStringLiteral("model"), m_model.read(source)});
+    if (m_indexMentioned)
+        names.append({QStringLiteral("index"), sourceRow});
     bool failed = false;
-    const QVariant result = evaluate(
-        m_filterScriptString, m_filterOrigin, m_filterExpression,
-        {{QStringLiteral("model"), modelData(source)}, {QStringLiteral("index"), sourceRow}}, failed);
+    const QVariant result = evaluate(m_filterScriptString, m_filterOrigin, m_filterExpression, names, failed);
     // A broken expression hides nothing: the operator must not lose sight of a unit because of it.
     return failed || result.toBool();
 }
@@ -209,13 +218,18 @@ bool QQmlSortFilterProxyModel::lessThan(const QModelIndex &left, const QModelInd
 {
     if (m_compareScriptString.isEmpty())
         return QSortFilterProxyModel::lessThan(left, right);
+    Names names;
+    if (m_modelLeft.isMentioned())
+        names.append({QStringLiteral("modelLeft"), m_modelLeft.read(left)});
+    if (m_modelRight.isMentioned())
+        names.append({QStringLiteral("modelRight"), m_modelRight.read(right)});
+    if (m_indicesMentioned) {
+        names.append({QStringLiteral("indexLeft"), left.row()});
+        names.append({QStringLiteral("indexRight"), right.row()});
+    }
     bool failed = false;
-    const QVariant result = evaluate(m_compareScriptString, m_compareOrigin, m_compareExpression,
-                                     {{QStringLiteral("modelLeft"), modelData(left)},
-                                      {QStringLiteral("indexLeft"), left.row()},
-                                      {QStringLiteral("modelRight"), modelData(right)},
-                                      {QStringLiteral("indexRight"), right.row()}},
-                                     failed);
+    const QVariant result =
+        evaluate(m_compareScriptString, m_compareOrigin, m_compareExpression, names, failed);
     return failed ? QSortFilterProxyModel::lessThan(left, right) : result.toBool();
 }
 
@@ -232,15 +246,6 @@ void QQmlSortFilterProxyModel::updateRoles()
     setSortRole(roleOf(names, m_sortRoleName));
 }
 
-QVariantMap QQmlSortFilterProxyModel::modelData(const QModelIndex &sourceIndex) const
-{
-    QVariantMap result;
-    const QHash<int, QByteArray> names = sourceModel()->roleNames();
-    for (auto it = names.cbegin(); it != names.cend(); ++it)
-        result.insert(QString::fromUtf8(it.value()), sourceIndex.data(it.key()));
-    return result;
-}
-
 QQmlSortFilterProxyModel::Origin::Origin(const QQmlScriptString &script)
 {
     if (script.isEmpty())
@@ -248,6 +253,7 @@ QQmlSortFilterProxyModel::Origin::Origin(const QQmlScriptString &script)
     const QQmlExpression written(script);
     context = written.context();
     scope = written.scopeObject();
+    text = written.expression();
 }
 
 std::unique_ptr<QQmlExpression> QQmlSortFilterProxyModel::compile(const QQmlScriptString &script,
@@ -270,8 +276,7 @@ std::unique_ptr<QQmlExpression> QQmlSortFilterProxyModel::compile(const QQmlScri
 // their values until the outer one is done; one that replaces the expression does not pull it away from
 // under itself.
 QVariant QQmlSortFilterProxyModel::evaluate(const QQmlScriptString &current, const Origin &origin,
-                                            QQmlExpression *&kept, std::initializer_list<Name> names,
-                                            bool &failed) const
+                                            QQmlExpression *&kept, const Names &names, bool &failed) const
 {
     const QQmlScriptString script = current;
     std::unique_ptr<QQmlExpression> expression(std::exchange(kept, nullptr));

@@ -8,11 +8,12 @@
 #include <QQmlScriptString>
 #include <QSortFilterProxyModel>
 #include <QString>
+#include <QVarLengthArray>
 #include <QVariant>
 
-#include <initializer_list>
 #include <memory>
 
+#include "expressionroles.h"
 #include "halvar-export.h"
 
 class QQmlExpression;
@@ -115,6 +116,7 @@ private:
         QString name;
         QVariant value;
     };
+    using Names = QVarLengthArray<Name, 4>;
     /// Where an expression was written. It keeps bare pointers to both, so they are taken while they are
     /// sure to live, and watched from then on.
     struct Origin
@@ -123,11 +125,11 @@ private:
         explicit Origin(const QQmlScriptString &script);
         QPointer<QQmlContext> context;
         QPointer<QObject> scope;
+        QString text;
     };
-    QVariantMap modelData(const QModelIndex &sourceIndex) const;
     std::unique_ptr<QQmlExpression> compile(const QQmlScriptString &script, const Origin &origin) const;
     QVariant evaluate(const QQmlScriptString &current, const Origin &origin, QQmlExpression *&kept,
-                      std::initializer_list<Name> names, bool &failed) const;
+                      const Names &names, bool &failed) const;
 
     QString m_filterRoleName;
     QString m_sortRoleName;
@@ -139,6 +141,11 @@ private:
     QVariant m_filterValue;
     Origin m_filterOrigin;
     Origin m_compareOrigin;
+    halvar::RoleReader m_model;
+    halvar::RoleReader m_modelLeft;
+    halvar::RoleReader m_modelRight;
+    bool m_indexMentioned = false;
+    bool m_indicesMentioned = false;
 };
 
 #endif // HALVAR_QQMLSORTFILTERPROXYMODEL_H

@@ -275,6 +275,11 @@ void TstQQmlSortFilterProxyModelExpressions::sort_seesBothRows()
     QCOMPARE(titles(make("sourceModel: list; sortOrder: Qt.AscendingOrder;"
                          "sortExpression: modelLeft.title < modelRight.title")),
              QStringLiteral("a b c d"));
+    QCOMPARE(
+        titles(make("sourceModel: list; sortOrder: Qt.AscendingOrder;"
+                    "sortExpression: JSON.stringify(modelLeft) > JSON.stringify(modelRight)"
+                    "&& probe.note(Object.keys(modelLeft).length) || modelLeft.title > modelRight.title")),
+        QStringLiteral("d c b a"));
     QCOMPARE(titles(make("sourceModel: list; sortOrder: Qt.AscendingOrder;"
                          "sortExpression: indexLeft > indexRight")),
              QStringLiteral("c a d b"));

@@ -1,0 +1,61 @@
+// SPDX-FileCopyrightText: 2026 Halvar Controller contributors
+// SPDX-License-Identifier: Apache-2.0
+#include "expressionroles.h"
+
+#include <QAbstractItemModel>
+#include <QRegularExpression>
+
+namespace halvar {
+
+std::optional<QSet<QString>> membersRead(const QString &expression, const QString &name)
+{
+    if (expression.isEmpty())
+        return std::nullopt; // its text was not kept
+    // What may run text of its own making with these names in reach, or spells a name in another way.
+    static const QRegularExpression evasive(QStringLiteral(
+        "\\\\u|\\b(?:eval|Function|constructor|with|createQmlObject|createComponent|incubateObject)\\b"));
+    if (evasive.match(expression).hasMatch())
+        return std::nullopt;
+
+    // Mentions in texts and comments count as well: at worst more is read than needed, or everything.
+    const QRegularExpression mention(QStringLiteral("(?<![\\w$])%1(?![\\w$])").arg(name),
+                                     QRegularExpression::UseUnicodePropertiesOption);
+    // A call hands the whole object to the function, as in "name.hasOwnProperty('rank')".
+    const QRegularExpression plainRead(
+        QStringLiteral("\\G%1\\s*\\.\\s*([A-Za-z_$][\\w$]*+)(?!\\s*[(`])").arg(name));
+    QSet<QString> members;
+    for (auto mentions = mention.globalMatch(expression); mentions.hasNext();) {
+        const int start = mentions.next().capturedStart();
+        const QRegularExpressionMatch read = plainRead.match(expression, start);
+        if (!read.hasMatch())
+            return std::nullopt;
+        members.insert(read.captured(1));
+    }
+    return members;
+}
+
+bool isMentioned(const QString &expression, const QString &name)
+{
+    const auto members = membersRead(expression, name);
+    return !members || !members->isEmpty();
+}
+
+QVariantMap RoleReader::read(const QModelIndex &row) const
+{
+    const QHash<int, QByteArray> names = row.model()->roleNames();
+    if (!names.isSharedWith(m_names)) {
+        m_names = names;
+        m_roles.clear();
+        for (auto it = names.cbegin(); it != names.cend(); ++it) {
+            const QString name = QString::fromUtf8(it.value());
+            if (!m_members || m_members->contains(name))
+                m_roles.append({name, it.key()});
+        }
+    }
+    QVariantMap values;
+    for (const auto &[name, role] : qAsConst(m_roles))
+        values.insert(name, row.data(role));
+    return values;
+}
+
+} // namespace halvar
