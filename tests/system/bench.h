@@ -83,6 +83,13 @@ public:
     {
         return msp("commands").toObject().value(QLatin1String(command)).toInt();
     }
+    /// Waits until all that the simulator told up to the end of the last acquisition has come in.
+    bool toldTheEnd()
+    {
+        return QTest::qWaitFor([this] {
+            return lastNotice("status").value(QLatin1String("status")) == QLatin1String("NOT_STARTED");
+        });
+    }
     /// Detections that the service has sent, those that open a shot left out.
     QVector<QJsonObject> results() const
     {

@@ -52,7 +52,7 @@ void TstAcquisition::shutterOpened_startsTheMeasureAfterItsDelay()
     QFETCH(MeasureMode::MeasureMode, mode);
     QFETCH(bool, autoStop);
     Bench bench(1);
-    bench.home.setConfig(QStringLiteral("Time_Before_Open_Shutter"), QStringLiteral("300"));
+    bench.home.setConfig(QStringLiteral("Time_Before_Open_Shutter"), QStringLiteral("1500"));
     QVERIFY(bench.start());
     QVERIFY(bench.ready(mode));
     QVERIFY(bench.simulator.control.press());
@@ -61,7 +61,7 @@ void TstAcquisition::shutterOpened_startsTheMeasureAfterItsDelay()
     QElapsedTimer timer;
     timer.start();
     QTRY_COMPARE(bench.calls("startMeasure"), 1);
-    QVERIFY2(timer.elapsed() >= 200, qPrintable(QString::number(timer.elapsed())));
+    QVERIFY2(timer.elapsed() >= 700, qPrintable(QString::number(timer.elapsed())));
     QCOMPARE(bench.modes, QList<int>({Mode::START_MEASURE, Mode::MEASURE}));
     QTRY_VERIFY(!bench.lastNotice("napCall").isEmpty());
     QCOMPARE(bench.lastNotice("napCall").value(QLatin1String("autoStop")).toBool(), autoStop);
@@ -213,6 +213,7 @@ void TstAcquisition::resultWithoutABranch_isNotKept()
     bench->setBranchMode(BranchModeEnumClass::NONE);
     QVERIFY(bench.simulator.control.press());
     QTRY_COMPARE(bench.modes, QList<int>({Mode::START_MEASURE, Mode::MEASURE, Mode::NONE}));
+    QVERIFY(bench.toldTheEnd());
     QVERIFY(!bench.results().isEmpty());
     QVERIFY(bench->directMeasures->isEmpty());
 }

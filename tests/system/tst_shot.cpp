@@ -47,6 +47,7 @@ void TstShot::trigger_fromShutterToTheReloadedFile()
     const Measure *const measure = unit->measures()->first();
     QCOMPARE(measure->idNAP(), bench.nap("lastId").toInt());
     // What came with the release is not trusted: the fourth result from the end counts.
+    QVERIFY(bench.toldTheEnd());
     const QVector<QJsonObject> results = bench.results();
     const QJsonObject settled = results.at(results.size() - 4);
     QCOMPARE(measure->concentration(), settled.value(QLatin1String("value")).toDouble());
@@ -93,6 +94,7 @@ void TstShot::auto_endsByItselfAndMakesTheUnitPositive()
     QCOMPARE(bench.calls("abort"), 0);
     QCOMPARE(unit->statut(), UDStatutEnumClass::POSITIVE);
     // No value is held back: nobody shook the instrument by letting go of the trigger.
+    QVERIFY(bench.toldTheEnd());
     const QJsonObject last = bench.results().last();
     QCOMPARE(unit->measures()->first()->concentration(), last.value(QLatin1String("value")).toDouble());
     QCOMPARE(unit->measures()->first()->idNAP(), 1);
