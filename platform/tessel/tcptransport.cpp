@@ -9,6 +9,8 @@
 #include <QTcpSocket>
 #include <QTimer>
 
+#include <sys/socket.h>
+
 #include "protocol.h"
 #include "tessel/description.h"
 
@@ -127,7 +129,12 @@ public:
     }
 
     bool knowsPeer() const { return m_knowsPeer; }
-    void drop() { m_socket->abort(); }
+    bool isDropped() const { return m_dropped; }
+    void drop()
+    {
+        m_dropped = true;
+        m_socket->abort();
+    }
 
     /// Says why, and goes.
     void refuse(Status status) { answer(m_handler(status, QByteArray())); }
@@ -182,6 +189,7 @@ private:
     QTimer m_frameTimer;
     bool m_knowsPeer = false;
     bool m_leaving = false;
+    bool m_dropped = false; // about to be deleted
 };
 
 class TcpEndpoint : public Endpoint
@@ -198,7 +206,11 @@ public:
     bool open(const Description &address)
     {
         const QHostAddress host = addressOf(address.host);
-        return !host.isNull() && m_server.listen(host, address.port);
+        if (host.isNull() || !m_server.listen(host, address.port))
+            return false;
+        // Qt lets 50 wait to be accepted; one more, and the system makes it try again a second later.
+        ::listen(static_cast<int>(m_server.socketDescriptor()), MostConnections * 4);
+        return true;
     }
 
     quint16 port() const override { return m_server.serverPort(); }
@@ -207,25 +219,33 @@ private:
     void accept()
     {
         while (QTcpSocket *socket = m_server.nextPendingConnection()) {
-            const bool full = m_connections.children().size() >= MostConnections;
-            auto *connection = new ServedConnection(socket, m_handler, &m_connections);
-            if (full && !dropStranger())
-                connection->refuse(ERR_REFUSED);
+            if (!hasRoom())
+                (new ServedConnection(socket, m_handler, &m_connections))->refuse(ERR_REFUSED);
+            else
+                new ServedConnection(socket, m_handler, &m_connections);
         }
     }
 
-    /// Makes room: the one goes that has been here for longest without saying what it wants.
-    bool dropStranger()
+    /// For one more. Where all places are taken, the one goes that has been here for longest without saying
+    /// what it wants.
+    bool hasRoom()
     {
+        ServedConnection *stranger = nullptr;
+        int taken = 0;
         const QObjectList connections = m_connections.children(); // oldest first
         for (QObject *child : connections) {
             auto *connection = static_cast<ServedConnection *>(child);
-            if (connection == connections.last() || connection->knowsPeer())
+            if (connection->isDropped())
                 continue;
-            connection->drop();
-            return true;
+            ++taken;
+            if (!stranger && !connection->knowsPeer())
+                stranger = connection;
         }
-        return false;
+        if (taken < MostConnections)
+            return true;
+        if (stranger)
+            stranger->drop();
+        return stranger;
     }
 
     const Handler m_handler;
