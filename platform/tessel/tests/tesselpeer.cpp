@@ -7,9 +7,11 @@
 #include <QCoreApplication>
 #include <QTimer>
 
+#include <atomic>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <string>
 #include <thread>
 
 #include "testtessel.h"
@@ -68,11 +70,27 @@ int serve(QCoreApplication &app, const char *port)
     return app.exec();
 }
 
-/// A service of this process that is called all the time by another thread while the process ends.
+/// What a service uses, and what is destroyed when the process ends.
+struct Resource
+{
+    std::atomic<bool> isDestroyed{false};
+    ~Resource()
+    {
+        isDestroyed = true;
+        QThread::msleep(30); // the requests go on coming
+    }
+};
+
+/// A service of this process that is called all the time while the process ends, and calls of another one.
 void keepCalling(const char *port)
 {
+    static Resource resource;
+    publishService("busy", [](const Tuple &, Tuple &) {
+        if (resource.isDestroyed)
+            std::_Exit(5);
+        return 1;
+    });
     ServiceManager &manager = ServiceManager::auto_create();
-    publishService("busy", &echo);
     if (!manager.listen("TCPIP:localhost:0"))
         std::_Exit(2);
     static const std::string peerPort(port);
@@ -81,19 +99,22 @@ void keepCalling(const char *port)
         for (;;)
             callOnce(peer);
     }).detach();
-    // And from outside, over the wire.
+    // From outside, over the wire.
+    static std::atomic<int> answered{0};
     const quint16 own = manager.port();
     std::thread([own] {
         RawPeer raw(own);
-        for (;;) {
-            // Who is there, of "test.Interface" and "busy".
-            raw.send(framed(QByteArray::fromHex("8401016e") + "test.Interface" + QByteArray::fromHex("64")
-                            + "busy"));
-            if (raw.receive().isEmpty())
-                return;
-        }
+        // Who is there, of "test.Interface" and "busy"; the session is the last element, in eight bytes.
+        raw.send(
+            framed(QByteArray::fromHex("8401016e") + "test.Interface" + QByteArray::fromHex("64") + "busy"));
+        const QByteArray session = raw.receive().right(9);
+        do {
+            raw.send(framed(QByteArray::fromHex("840302") + session + QByteArray::fromHex("82617880")));
+            ++answered;
+        } while (!raw.receive().isEmpty());
     }).detach();
-    QThread::msleep(50);
+    while (answered < 10)
+        QThread::msleep(5);
 }
 
 struct CallsAtTheVeryEnd
