@@ -20,6 +20,8 @@ using namespace tessel;
 
 namespace {
 
+PService *published = nullptr;
+
 int serveCall(const Tuple &request, Tuple &reply)
 {
     if (request.class_name() == "sleep") {
@@ -38,7 +40,11 @@ int serveCall(const Tuple &request, Tuple &reply)
         return 1;
     }
     if (request.class_name() == "republish") {
-        publishService("peer", &serveCall);
+        *published = publishService("peer", &serveCall);
+        return 1;
+    }
+    if (request.class_name() == "publish again") {
+        (*published)->publish();
         return 1;
     }
     if (request.class_name() == "close") {
@@ -61,7 +67,8 @@ int callOnce(const PService &peer)
 
 int serve(QCoreApplication &app, const char *port)
 {
-    publishService("peer", &serveCall);
+    PService service = publishService("peer", &serveCall);
+    published = &service;
     ServiceManager &manager = ServiceManager::auto_create();
     if (!manager.listen(AString(QByteArray("TCPIP:localhost:") + port)))
         return 2;

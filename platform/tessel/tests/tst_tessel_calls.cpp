@@ -339,6 +339,14 @@ private slots:
         QCOMPARE(callPeer(*fresh, "echo"), 1);
     }
 
+    void servicePublishedTwice_keepsItsProxies()
+    {
+        const PeerProcess peer;
+        const PService service = peer.bind();
+        QCOMPARE(callPeer(*service, "publish again"), 1);
+        QCOMPARE(callPeer(*service, "echo"), 1);
+    }
+
     void serviceThatClosesItsEndpoint_stillAnswersThatCall()
     {
         const PeerProcess peer;

@@ -3,6 +3,7 @@
 #include <QElapsedTimer>
 #include <QtTest>
 
+#include <algorithm>
 #include <thread>
 #include <vector>
 
@@ -183,6 +184,10 @@ private slots:
         QTRY_VERIFY((late = m_peer->bind()));
         QCOMPARE(callPeer(*late, "echo"), 1);
         QCOMPARE(callPeer(*m_good, "echo"), 1);
+        // Those that made room are gone at once, not only after the time that a new peer has.
+        const auto closed = std::count_if(strangers.begin(), strangers.end(),
+                                          [](const auto &stranger) { return stranger->waitForClosed(1); });
+        QVERIFY2(closed >= 200 - 64, qPrintable(QString::number(closed)));
     }
 
     void moreGoodConnectionsThanThereIsRoomFor_areRefusedAndTheOthersStay()
