@@ -23,7 +23,8 @@ public:
     explicit Config(QObject *parent = nullptr);
 
     /// \param home the instrument's home directory, ending in a separator.
-    /// \return whether the file was opened and no XML error was met in reading as far as the unit's values; what was
+    /// \return whether the file was opened and no XML error was met in reading as far as the unit's values;
+    /// what was
     ///         read before an error is kept. A file with another root gives no values, and true.
     bool read(QString home);
 

@@ -228,7 +228,8 @@ void TstMspCodec::anyByteChanged_isSurvived()
             refused += msp::decode(bytes) ? 0 : 1;
         }
     }
-    // A changed letter may rename a flag, and a changed number is another number; a good part must be refused.
+    // A changed letter may rename a flag, and a changed number is another number; a good part must be
+    // refused.
     QVERIFY2(refused > whole.size() * 8 / 4, qPrintable(QString::number(refused)));
 }
 
