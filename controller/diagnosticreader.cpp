@@ -228,8 +228,11 @@ void DiagnosticReader::readUnitChild(UD &unit)
         take(text("Zone:"), [&unit](const QString &zone) {
             // A unit has one Latin letter for its zone; without one it keeps the first.
             const char letter = zone.isEmpty() ? '\0' : zone.at(0).toLatin1();
-            if (letter != '\0')
+            if (letter != '\0') {
                 unit.setZone(letter);
+            } else if (!zone.isEmpty()) {
+                QLOG_WARN() << "[Halvar Controller]: Zone" << zone << "is no Latin letter, kept as A";
+            }
         });
     } else if (m_xml.name() == QLatin1String("Element")) {
         take(readReference(m_database ? m_database->m_ElementItemsListModel : nullptr, "Local element path:",

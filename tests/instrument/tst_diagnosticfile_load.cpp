@@ -219,8 +219,12 @@ private slots:
     void zone_isTheFirstLatinCharacter()
     {
         QFETCH(QByteArray, text);
+        const LogRecorder log(QsLogging::WarnLevel);
         m->load(unit("<Zone>" + text + "</Zone>"));
         QTEST((*m)->uds->first()->zone(), "zone");
+        const QString zone = QString::fromUtf8(text);
+        const bool isWarnedOf = !zone.isEmpty() && zone.at(0).unicode() > 0xff;
+        QCOMPARE(log.lines().size(), isWarnedOf ? 1 : 0);
     }
 
     void loadedUnits_areAppendedWhole()
