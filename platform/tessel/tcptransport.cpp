@@ -19,6 +19,7 @@ namespace tessel {
 namespace {
 
 constexpr int MostConnections = 64;
+constexpr int MostLeaving = 64; // answered for the last time, and about to close
 constexpr int FrameTime =
     5000; // ms that a frame may take to come in whole, and a new peer to say what it wants
 constexpr int LingerTime = 250; // ms that a peer has to read why it is dropped
@@ -130,6 +131,7 @@ public:
 
     bool knowsPeer() const { return m_knowsPeer; }
     bool isDropped() const { return m_dropped; }
+    bool isLeaving() const { return m_leaving; }
     void drop()
     {
         m_dropped = true;
@@ -231,16 +233,28 @@ private:
     bool hasRoom()
     {
         ServedConnection *stranger = nullptr;
+        ServedConnection *leaver = nullptr;
         int taken = 0;
+        int leaving = 0;
         const QObjectList connections = m_connections.children(); // oldest first
         for (QObject *child : connections) {
             auto *connection = static_cast<ServedConnection *>(child);
             if (connection->isDropped())
                 continue;
+            // One that was answered for the last time takes no place, or each that is refused would be the
+            // stranger that lets the next one in.
+            if (connection->isLeaving()) {
+                ++leaving;
+                if (!leaver)
+                    leaver = connection;
+                continue;
+            }
             ++taken;
             if (!stranger && !connection->knowsPeer())
                 stranger = connection;
         }
+        if (leaving >= MostLeaving)
+            leaver->drop();
         if (taken < MostConnections)
             return true;
         if (stranger)

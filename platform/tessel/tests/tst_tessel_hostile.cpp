@@ -200,6 +200,10 @@ private slots:
         }
         RawPeer oneTooMany(m_peer->port());
         QCOMPARE(lastWords(oneTooMany), int(ERR_REFUSED));
+        // The refused one lingers for a moment; its going must not let the next one in.
+        RawPeer rightBehind(m_peer->port());
+        rightBehind.send(frameOf(protocol::Hello));
+        QCOMPARE(lastWords(rightBehind), int(ERR_REFUSED));
         QVERIFY(oneTooMany.waitForClosed(1500));
         QVERIFY(!m_peer->bind());
         QCOMPARE(callPeer(*m_good, "echo"), 1);
