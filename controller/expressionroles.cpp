@@ -20,9 +20,11 @@ std::optional<QSet<QString>> membersRead(const QString &expression, const QStrin
     // Mentions in texts and comments count as well: at worst more is read than needed, or everything.
     const QRegularExpression mention(QStringLiteral("(?<![\\w$])%1(?![\\w$])").arg(name),
                                      QRegularExpression::UseUnicodePropertiesOption);
-    // A call hands the whole object to the function, as in "name.hasOwnProperty('rank')".
+    // A call hands the whole object to the function, as in "name.hasOwnProperty('rank')". A name that goes on
+    // with a mark of another script or an escape is not taken apart here.
     const QRegularExpression plainRead(
-        QStringLiteral("\\G%1\\s*\\.\\s*([A-Za-z_$][\\w$]*+)(?!\\s*[(`])").arg(name));
+        QStringLiteral("\\G%1\\s*\\.\\s*([\\p{L}_$][\\w$]*+)(?!\\s*[(`]|[^\\x00-\\x7F]|\\\\)").arg(name),
+        QRegularExpression::UseUnicodePropertiesOption);
     QSet<QString> members;
     for (auto mentions = mention.globalMatch(expression); mentions.hasNext();) {
         const int start = mentions.next().capturedStart();

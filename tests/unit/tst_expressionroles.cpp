@@ -43,6 +43,7 @@ void TstExpressionRoles::members_areThoseOfPlainReads_data()
     row("other.model.rank", "rank");
     row("// model.title\nmodel.rank", "rank title");
     row("model.rank = 3", "rank");
+    row("model.qualité >= 2 && model.œuvre", "qualité œuvre");
     row("/\\d+/.test(model.title)", "title");
 }
 
@@ -65,6 +66,7 @@ void TstExpressionRoles::members_areUnknownWhenAnythingElseIsDone_data()
                                    "keep(model)",
                                    "model['rank']",
                                    "model[index]",
+                                   "model.r\\u0061nk",
                                    "Object.keys(model).length",
                                    "'rank' in model",
                                    "for (let k in model) k",
@@ -84,7 +86,6 @@ void TstExpressionRoles::members_areUnknownWhenAnythingElseIsDone_data()
                                    "mod\\u0065l.rank",
                                    "Qt.createQmlObject('x', other)",
                                    "'model'",
-                                   "model.été",
                                    "model.rank && model"})
         QTest::newRow(*expression ? expression : "unknown text") << QString::fromUtf8(expression);
 }
