@@ -10,6 +10,8 @@ configure_package_config_file(cmake/HalvarControllerConfig.cmake.in
   INSTALL_DESTINATION ${package_dir})
 write_basic_package_version_file(${CMAKE_CURRENT_BINARY_DIR}/HalvarControllerConfigVersion.cmake
   COMPATIBILITY SameMajorVersion)
+file(RELATIVE_PATH HALVAR_PC_TO_INCLUDE
+  ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_FULL_INCLUDEDIR})
 configure_file(cmake/halvarcontroller.pc.in ${CMAKE_CURRENT_BINARY_DIR}/halvarcontroller.pc @ONLY)
 
 install(EXPORT HalvarControllerTargets NAMESPACE Halvar:: DESTINATION ${package_dir})
