@@ -43,6 +43,7 @@ QByteArray replyFrame(quint32 number, int status)
 
 Dispatcher::Dispatcher()
 {
+    prepareTransport();
     m_thread.setObjectName(QStringLiteral("tessel dispatch"));
     m_queue.moveToThread(&m_thread);
 }

@@ -5,6 +5,8 @@
 #include <QDeadlineTimer>
 #include <QHostAddress>
 #include <QNetworkProxy>
+#include <QNetworkSession>
+#include <QSharedPointer>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QTimer>
@@ -268,6 +270,16 @@ private:
 };
 
 } // namespace
+
+void prepareTransport()
+{
+    // Qt Network registers this type where it first needs it; two threads that do so at the same time make it
+    // warn.
+    QT_WARNING_PUSH
+    QT_WARNING_DISABLE_DEPRECATED
+    qRegisterMetaType<QSharedPointer<QNetworkSession>>();
+    QT_WARNING_POP
+}
 
 std::unique_ptr<Connection> openConnection(const Description &address, int milliseconds, Status &status)
 {

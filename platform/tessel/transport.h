@@ -17,6 +17,9 @@ struct Description;
 /// What carries frames between processes. One source implements it (tcptransport.cpp); another transport
 /// replaces that source.
 
+/// Before the first connection or endpoint of the process, once.
+void prepareTransport();
+
 /// A caller's connection: blocking, used by the thread that opened it.
 class Connection
 {
