@@ -25,11 +25,20 @@ std::optional<QSet<QString>> membersRead(const QString &expression, const QStrin
     const QRegularExpression plainRead(
         QStringLiteral("\\G%1\\s*\\.\\s*([\\p{L}_$][\\w$]*+)(?!\\s*[(`]|[^\\x00-\\x7F]|\\\\)").arg(name),
         QRegularExpression::UseUnicodePropertiesOption);
+    // What every object has may lead back to the object itself, as "(name.valueOf)()" does.
+    static const QSet<QString> inherited{
+        QStringLiteral("__defineGetter__"), QStringLiteral("__defineSetter__"),
+        QStringLiteral("__lookupGetter__"), QStringLiteral("__lookupSetter__"),
+        QStringLiteral("__proto__"),        QStringLiteral("hasOwnProperty"),
+        QStringLiteral("isPrototypeOf"),    QStringLiteral("propertyIsEnumerable"),
+        QStringLiteral("toLocaleString"),   QStringLiteral("toString"),
+        QStringLiteral("valueOf"),
+    };
     QSet<QString> members;
     for (auto mentions = mention.globalMatch(expression); mentions.hasNext();) {
         const int start = mentions.next().capturedStart();
         const QRegularExpressionMatch read = plainRead.match(expression, start);
-        if (!read.hasMatch())
+        if (!read.hasMatch() || inherited.contains(read.captured(1)))
             return std::nullopt;
         members.insert(read.captured(1));
     }
@@ -42,9 +51,23 @@ bool isMentioned(const QString &expression, const QString &name)
     return !members || !members->isEmpty();
 }
 
-QVariantMap RoleReader::read(const QModelIndex &row) const
+bool changesNothing(const QString &expression)
 {
-    const QHash<int, QByteArray> names = row.model()->roleNames();
+    // An assignment follows the end of its target; one that declares a name of its own is left out first. A
+    // comment may stand between the two, and a loop may assign without a sign.
+    static const QRegularExpression declaration(
+        QStringLiteral("\\b(?:var|let|const)\\s+[A-Za-z_$][\\w$]*\\s*=(?!=)"));
+    static const QRegularExpression change(QStringLiteral(
+        "(?:[\\w$\\])}]|[^\\x00-\\x7F])\\s*(?:[-+*/%&|^]|\\*\\*|<<|>>>?|&&|\\|\\||\\?\\?)?=(?![=>])"
+        "|\\+\\+|--|/[*/]|\\b(?:delete|for)\\b|\\\\u"));
+    QString text = expression;
+    text.replace(declaration, QStringLiteral(" "));
+    return !text.isEmpty() && !change.match(text).hasMatch();
+}
+
+const RoleReader::Roles &RoleReader::roles(const QAbstractItemModel &model) const
+{
+    const QHash<int, QByteArray> names = model.roleNames();
     if (!names.isSharedWith(m_names)) {
         m_names = names;
         m_roles.clear();
@@ -54,8 +77,14 @@ QVariantMap RoleReader::read(const QModelIndex &row) const
                 m_roles.append({name, it.key()});
         }
     }
+    return m_roles;
+}
+
+QVariantMap RoleReader::read(const QAbstractItemModel &model, const QModelIndex &row) const
+{
+    const Roles roles = this->roles(model); // a value's getter may make the model rename its roles
     QVariantMap values;
-    for (const auto &[name, role] : qAsConst(m_roles))
+    for (const auto &[name, role] : roles)
         values.insert(name, row.data(role));
     return values;
 }

@@ -4,7 +4,6 @@
 
 #include <QQmlContext>
 #include <QQmlEngine>
-#include <QQmlExpression>
 #include <QtQml>
 
 #include <algorithm>
@@ -128,9 +127,7 @@ void QQmlSortFilterProxyModel::setFilterExpression(const QQmlScriptString &filte
         return;
     m_filterScriptString = filterScriptString;
     delete std::exchange(m_filterExpression, nullptr);
-    m_filterOrigin = Origin(filterScriptString);
-    m_model = halvar::RoleReader(m_filterOrigin.text, QStringLiteral("model"));
-    m_indexMentioned = halvar::isMentioned(m_filterOrigin.text, QStringLiteral("index"));
+    m_filterOrigin = Origin(filterScriptString, {""});
     invalidateFilter();
     emit filterExpressionChanged();
 }
@@ -155,11 +152,7 @@ void QQmlSortFilterProxyModel::setSortExpression(const QQmlScriptString &compare
         return;
     m_compareScriptString = compareScriptString;
     delete std::exchange(m_compareExpression, nullptr);
-    m_compareOrigin = Origin(compareScriptString);
-    m_modelLeft = halvar::RoleReader(m_compareOrigin.text, QStringLiteral("modelLeft"));
-    m_modelRight = halvar::RoleReader(m_compareOrigin.text, QStringLiteral("modelRight"));
-    m_indicesMentioned = halvar::isMentioned(m_compareOrigin.text, QStringLiteral("indexLeft"))
-        || halvar::isMentioned(m_compareOrigin.text, QStringLiteral("indexRight"));
+    m_compareOrigin = Origin(compareScriptString, {"Left", "Right"});
     if (sortColumn() >= 0) {
         // Both sort the rows again without filtering them again: sort() does so only while it is not
         // done dynamically, and then takes the same column and order for nothing to do.
@@ -203,13 +196,9 @@ bool QQmlSortFilterProxyModel::filterAcceptsRow(int sourceRow, const QModelIndex
         return false;
     if (m_filterScriptString.isEmpty())
         return true;
-    Names names;
-    if (m_model.isMentioned())
-        names.append({QStringLiteral("model"), m_model.read(source)});
-    if (m_indexMentioned)
-        names.append({QStringLiteral("index"), sourceRow});
     bool failed = false;
-    const QVariant result = evaluate(m_filterScriptString, m_filterOrigin, m_filterExpression, names, failed);
+    const QVariant result =
+        evaluate(m_filterScriptString, m_filterOrigin, m_filterExpression, {{sourceRow, source}}, failed);
     // A broken expression hides nothing: the operator must not lose sight of a unit because of it.
     return failed || result.toBool();
 }
@@ -218,18 +207,9 @@ bool QQmlSortFilterProxyModel::lessThan(const QModelIndex &left, const QModelInd
 {
     if (m_compareScriptString.isEmpty())
         return QSortFilterProxyModel::lessThan(left, right);
-    Names names;
-    if (m_modelLeft.isMentioned())
-        names.append({QStringLiteral("modelLeft"), m_modelLeft.read(left)});
-    if (m_modelRight.isMentioned())
-        names.append({QStringLiteral("modelRight"), m_modelRight.read(right)});
-    if (m_indicesMentioned) {
-        names.append({QStringLiteral("indexLeft"), left.row()});
-        names.append({QStringLiteral("indexRight"), right.row()});
-    }
     bool failed = false;
-    const QVariant result =
-        evaluate(m_compareScriptString, m_compareOrigin, m_compareExpression, names, failed);
+    const QVariant result = evaluate(m_compareScriptString, m_compareOrigin, m_compareExpression,
+                                     {{left.row(), left}, {right.row(), right}}, failed);
     return failed ? QSortFilterProxyModel::lessThan(left, right) : result.toBool();
 }
 
@@ -246,18 +226,22 @@ void QQmlSortFilterProxyModel::updateRoles()
     setSortRole(roleOf(names, m_sortRoleName));
 }
 
-QQmlSortFilterProxyModel::Origin::Origin(const QQmlScriptString &script)
+QQmlSortFilterProxyModel::Origin::Origin(const QQmlScriptString &script,
+                                         std::initializer_list<const char *> sides)
 {
     if (script.isEmpty())
         return;
     const QQmlExpression written(script);
     context = written.context();
     scope = written.scopeObject();
-    text = written.expression();
+    for (const char *suffix : sides) {
+        const QLatin1String side(suffix);
+        rows.append({written.expression(), QLatin1String("model") + side, QLatin1String("index") + side});
+    }
 }
 
-std::unique_ptr<QQmlExpression> QQmlSortFilterProxyModel::compile(const QQmlScriptString &script,
-                                                                  const Origin &origin) const
+std::unique_ptr<halvar::RowExpression> QQmlSortFilterProxyModel::compile(const QQmlScriptString &script,
+                                                                         const Origin &origin) const
 {
     if (!isUsable(origin.context) || !origin.scope)
         return nullptr;
@@ -266,9 +250,7 @@ std::unique_ptr<QQmlExpression> QQmlSortFilterProxyModel::compile(const QQmlScri
     if (own && !isUsable(own))
         return nullptr;
     auto context = std::make_unique<QQmlContext>(own ? own : origin.context.data());
-    auto expression = std::make_unique<QQmlExpression>(script, context.get());
-    context.release()->setParent(expression.get());
-    return expression;
+    return std::make_unique<halvar::RowExpression>(script, std::move(context), origin.rows);
 }
 
 // The compiled expression and its context serve one evaluation at a time. One that makes the proxy
@@ -276,10 +258,12 @@ std::unique_ptr<QQmlExpression> QQmlSortFilterProxyModel::compile(const QQmlScri
 // their values until the outer one is done; one that replaces the expression does not pull it away from
 // under itself.
 QVariant QQmlSortFilterProxyModel::evaluate(const QQmlScriptString &current, const Origin &origin,
-                                            QQmlExpression *&kept, const Names &names, bool &failed) const
+                                            QQmlExpression *&kept, std::initializer_list<Row> rows,
+                                            bool &failed) const
 {
     const QQmlScriptString script = current;
-    std::unique_ptr<QQmlExpression> expression(std::exchange(kept, nullptr));
+    std::unique_ptr<halvar::RowExpression> expression(
+        static_cast<halvar::RowExpression *>(std::exchange(kept, nullptr)));
     if (!expression || !isUsable(expression->context()))
         expression = compile(script, origin);
     if (!expression) {
@@ -288,8 +272,9 @@ QVariant QQmlSortFilterProxyModel::evaluate(const QQmlScriptString &current, con
         failed = true;
         return QVariant();
     }
-    for (const Name &name : names)
-        expression->context()->setContextProperty(name.name, name.value);
+    int place = 0;
+    for (const Row &row : rows)
+        expression->show(place++, *sourceModel(), row.number, row.index);
     expression->clearError();
     const QVariant result = expression->evaluate();
     failed = expression->hasError();

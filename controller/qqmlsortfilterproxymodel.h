@@ -8,13 +8,14 @@
 #include <QQmlScriptString>
 #include <QSortFilterProxyModel>
 #include <QString>
-#include <QVarLengthArray>
 #include <QVariant>
+#include <QVector>
 
+#include <initializer_list>
 #include <memory>
 
-#include "expressionroles.h"
 #include "halvar-export.h"
+#include "rowexpression.h"
 
 class QQmlExpression;
 
@@ -111,41 +112,37 @@ private slots:
     void updateRoles();
 
 private:
-    struct Name
-    {
-        QString name;
-        QVariant value;
-    };
-    using Names = QVarLengthArray<Name, 4>;
     /// Where an expression was written. It keeps bare pointers to both, so they are taken while they are
     /// sure to live, and watched from then on.
     struct Origin
     {
         Origin() = default;
-        explicit Origin(const QQmlScriptString &script);
+        Origin(const QQmlScriptString &script, std::initializer_list<const char *> sides);
         QPointer<QQmlContext> context;
         QPointer<QObject> scope;
-        QString text;
+        QVector<halvar::RowNames> rows;
     };
-    std::unique_ptr<QQmlExpression> compile(const QQmlScriptString &script, const Origin &origin) const;
+    struct Row
+    {
+        int number;
+        /// Invalid in a source without columns.
+        QModelIndex index;
+    };
+    std::unique_ptr<halvar::RowExpression> compile(const QQmlScriptString &script,
+                                                   const Origin &origin) const;
     QVariant evaluate(const QQmlScriptString &current, const Origin &origin, QQmlExpression *&kept,
-                      const Names &names, bool &failed) const;
+                      std::initializer_list<Row> rows, bool &failed) const;
 
     QString m_filterRoleName;
     QString m_sortRoleName;
     QQmlScriptString m_filterScriptString;
-    // The compiled expressions, each with a context of its own; made by the first row that needs one.
+    // The compiled expressions, each a RowExpression; made by the first row that needs one.
     mutable QQmlExpression *m_filterExpression;
     QQmlScriptString m_compareScriptString;
     mutable QQmlExpression *m_compareExpression;
     QVariant m_filterValue;
     Origin m_filterOrigin;
     Origin m_compareOrigin;
-    halvar::RoleReader m_model;
-    halvar::RoleReader m_modelLeft;
-    halvar::RoleReader m_modelRight;
-    bool m_indexMentioned = false;
-    bool m_indicesMentioned = false;
 };
 
 #endif // HALVAR_QQMLSORTFILTERPROXYMODEL_H

@@ -15,6 +15,8 @@ private slots:
     void members_areUnknownWhenAnythingElseIsDone_data();
     void members_areUnknownWhenAnythingElseIsDone();
     void mention_isToldFromItsAbsence();
+    void changes_areSeenInTheText_data();
+    void changes_areSeenInTheText();
     void reader_readsOnlyWhatIsRead();
     void reader_readsEverythingWhenItCannotTell();
     void reader_followsTheRoleNames();
@@ -74,6 +76,8 @@ void TstExpressionRoles::members_areUnknownWhenAnythingElseIsDone_data()
                                    "model.hasOwnProperty('rank')",
                                    "model.title ()",
                                    "model.title`x`",
+                                   "(model.valueOf)()",
+                                   "model.__proto__",
                                    "model /* here */ .rank",
                                    "let { rank } = model",
                                    "function(model) { return model.rank }",
@@ -104,6 +108,65 @@ void TstExpressionRoles::mention_isToldFromItsAbsence()
     QVERIFY(!halvar::isMentioned(QStringLiteral("model.title.indexOf('x')"), QStringLiteral("index")));
     QVERIFY(!halvar::isMentioned(QStringLiteral("indexLeft < indexRight"), QStringLiteral("index")));
     QVERIFY(halvar::isMentioned(QStringLiteral("eval(text)"), QStringLiteral("index")));
+}
+
+void TstExpressionRoles::changes_areSeenInTheText_data()
+{
+    QTest::addColumn<QString>("expression");
+    QTest::addColumn<bool>("changes");
+    for (const char *expression :
+         {"model.rank > 1", "model.rank >= 1", "model.rank <= 1", "1 <= model.rank", "model.rank == 1",
+          "model.rank === other", "model.rank != 1", "model.rank !== 1", "[model.rank] == other",
+          "(model.rank) >= 2", "{ const x = model.rank; let y = 3; return x > y }",
+          "list.some(entry => entry.rank == model.rank)", "-model.rank - 1 + +model.left",
+          "model.title.indexOf('x') % 2 ? 1 : 0", "forward(model.rank)"})
+        QTest::newRow(expression) << QString::fromUtf8(expression) << false;
+    for (const char *expression : {"",
+                                   "model.rank = 1",
+                                   "model.rank=1",
+                                   "model.rank\n= 1",
+                                   "(model.rank) = 1",
+                                   "[model.rank] = list",
+                                   "({ x: model.rank } = other)",
+                                   "model.rank += 1",
+                                   "model.rank -= 1",
+                                   "model.rank *= 1",
+                                   "model.rank /= 1",
+                                   "model.rank %= 1",
+                                   "model.rank **= 1",
+                                   "model.rank <<= 1",
+                                   "model.rank >>= 1",
+                                   "model.rank >>>= 1",
+                                   "model.rank &= 1",
+                                   "model.rank |= 1",
+                                   "model.rank ^= 1",
+                                   "model.rank &&= 1",
+                                   "model.rank ||= 1",
+                                   "model.rank ?\?= 1",
+                                   "model.rank++",
+                                   "--model.rank",
+                                   "delete model.rank",
+                                   "for (model.rank of list) 1",
+                                   "for (model.rank in list) 1",
+                                   "model.rank /* */ = 1",
+                                   "model.rank // >\n = 1",
+                                   "model.qualité = 1",
+                                   "x = model.rank",
+                                   "let [x] = [model.rank]",
+                                   "let x = 1, y = 2",
+                                   "model.r\\u0061nk",
+                                   "other[model.rank] = 1",
+                                   "f(x = model.rank)"})
+        QTest::newRow(*expression ? expression : "unknown text") << QString::fromUtf8(expression) << true;
+}
+
+void TstExpressionRoles::changes_areSeenInTheText()
+{
+    QFETCH(QString, expression);
+    QFETCH(bool, changes);
+    QCOMPARE(!halvar::changesNothing(expression), changes);
+    if (changes)
+        QVERIFY(!halvar::RoleReader(expression, QStringLiteral("model")).readsMembersOnly());
 }
 
 void TstExpressionRoles::reader_readsOnlyWhatIsRead()
