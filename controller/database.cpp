@@ -196,12 +196,13 @@ bool Database::writeUnitFile() const
     if (halvar::isWriteProtected(path))
         return false;
     halvar::ReplaceFailure failure;
-    if (!halvar::replaceFile(path, unitDocument(), &failure)) {
+    const bool written = halvar::replaceFile(path, unitDocument(), &failure);
+    if (failure) {
         if (failure.opened && failure.reason != m_reportedFailure) {
             m_reportedFailure = failure.reason;
             halvar::logReplaceFailure(path, failure);
         }
-        return false;
+        return written;
     }
     m_writtenRevision = m_revision;
     m_reportedFailure.clear();

@@ -53,9 +53,18 @@ private:
     int m_descriptor;
 };
 
-Descriptor openFile(const QByteArray &name, int flags)
+Descriptor openFile(const QByteArray &name, int flags, mode_t mode = 0)
 {
-    return Descriptor(uninterrupted([&] { return ::open(name.constData(), flags | O_CLOEXEC, 0666); }));
+    return Descriptor(uninterrupted([&] { return ::open(name.constData(), flags | O_CLOEXEC, mode); }));
+}
+
+/// A new file, nobody else's to read, in place of whatever stands there: an earlier power cut may have left a
+/// file that may not be written, and a link or a pipe would lead the content elsewhere.
+Descriptor createFile(const QByteArray &name)
+{
+    if (uninterrupted([&] { return ::unlink(name.constData()); }) != 0 && errno != ENOENT)
+        return Descriptor(-1);
+    return openFile(name, O_WRONLY | O_CREAT | O_EXCL, S_IRUSR | S_IWUSR);
 }
 
 bool writeAll(int descriptor, const QByteArray &content)
@@ -76,20 +85,29 @@ bool writeAll(int descriptor, const QByteArray &content)
     return true;
 }
 
-void copyPermissions(const QByteArray &from, int to)
+/// Gives the file \p descriptor the permissions of the file called \p old, else those of \p readers, whatever
+/// the process's mask says. A file system without permissions needs none.
+void setPermissions(const QByteArray &old, int descriptor, Readers readers)
 {
+    mode_t mode = S_IRUSR | S_IWUSR;
+    if (readers == Readers::Everybody)
+        mode |= S_IRGRP | S_IROTH;
     struct stat status = {};
-    if (::stat(from.constData(), &status) == 0)
-        uninterrupted([&] { return ::fchmod(to, status.st_mode & 07777); });
+    if (::stat(old.constData(), &status) == 0)
+        mode = status.st_mode & (S_IRWXU | S_IRWXG | S_IRWXO);
+    uninterrupted([&] { return ::fchmod(descriptor, mode); });
 }
 
-void syncDirectory(const QString &directory)
+/// \return 0, or why the directory's names may not be on the disk.
+int syncDirectory(const QString &directory)
 {
-    // Not every file system lets a directory be synchronised. Without it a power cut may bring the old
-    // file back, which is complete too: no failure.
     const Descriptor descriptor = openFile(QFile::encodeName(directory), O_RDONLY | O_DIRECTORY);
-    if (descriptor.isOpen())
-        uninterrupted([&] { return ::fsync(descriptor.get()); });
+    // A directory that may be written but not read cannot be synchronised, nor can some file systems'.
+    if (!descriptor.isOpen())
+        return errno == EACCES ? 0 : errno;
+    if (uninterrupted([&] { return ::fsync(descriptor.get()); }) == 0 || errno == EINVAL || errno == ENOTSUP)
+        return 0;
+    return errno;
 }
 
 bool fail(ReplaceFailure *failure, bool opened, int error)
@@ -104,7 +122,7 @@ bool fail(ReplaceFailure *failure, bool opened, int error)
 } // namespace
 
 bool replaceFile(const QString &path, const QByteArray &content, ReplaceFailure *failure,
-                 const QString &temporaryPath)
+                 const QString &temporaryPath, Readers readers)
 {
     const QString temporary = temporaryPath.isEmpty() ? path + QLatin1String(".tmp") : temporaryPath;
     // The system would end the name at a null character, and replace another file.
@@ -113,18 +131,23 @@ bool replaceFile(const QString &path, const QByteArray &content, ReplaceFailure 
 
     const QByteArray name = QFile::encodeName(path);
     const QByteArray temporaryName = QFile::encodeName(temporary);
-    Descriptor file = openFile(temporaryName, O_WRONLY | O_CREAT | O_TRUNC);
+    Descriptor file = createFile(temporaryName);
     if (!file.isOpen())
         return fail(failure, false, errno);
 
-    copyPermissions(name, file.get());
+    setPermissions(name, file.get(), readers);
     if (!writeAll(file.get(), content) || uninterrupted([&] { return ::fsync(file.get()); }) != 0
-        || !file.close() || std::rename(temporaryName.constData(), name.constData()) != 0) {
+        || !file.close()
+        || uninterrupted([&] { return std::rename(temporaryName.constData(), name.constData()); }) != 0) {
         const int error = errno;
         ::unlink(temporaryName.constData());
         return fail(failure, true, error);
     }
-    syncDirectory(QFileInfo(path).path());
+    const int error = syncDirectory(QFileInfo(path).path());
+    if (error != 0 && failure) {
+        fail(failure, true, error);
+        failure->replaced = true;
+    }
     return true;
 }
 
@@ -136,7 +159,9 @@ bool isWriteProtected(const QString &path)
 
 void logReplaceFailure(const QString &path, const ReplaceFailure &failure)
 {
-    QLOG_ERROR() << "[Halvar Controller]: File" << path << "not saved:" << failure.reason;
+    const char *const outcome =
+        failure.replaced ? "saved, but a power cut may bring the old one back:" : "not saved:";
+    QLOG_ERROR() << "[Halvar Controller]: File" << path << outcome << failure.reason;
 }
 
 } // namespace halvar

@@ -154,5 +154,6 @@ void HalvarController::writeInfoFile(const Config *config)
     const halvar::InstrumentVersions versions{config ? config->getSN_Analyzer() : QString(),
                                               getLibControllerVersion(), getMSPFwVersion(), getMSPVersion()};
     // A device without the directory has no service tool that reads the file: no message.
-    halvar::replaceFile(QStringLiteral("/data/lambrik/info.txt"), halvar::infoFileContent(versions));
+    halvar::replaceFile(QStringLiteral("/data/lambrik/info.txt"), halvar::infoFileContent(versions), nullptr,
+                        QString(), halvar::Readers::Everybody);
 }

@@ -78,10 +78,11 @@ void HalvarController::saveFile()
     }
     halvar::ReplaceFailure failure;
     const QByteArray document = DiagnosticWriter(*this, m_database).document();
-    if (!halvar::replaceFile(path, document, &failure, base + QLatin1String(".tmp"))) {
+    const bool saved = halvar::replaceFile(path, document, &failure, base + QLatin1String(".tmp"));
+    if (failure)
         halvar::logReplaceFailure(path, failure);
+    if (!saved)
         return;
-    }
     QLOG_INFO() << "[Halvar Controller]: File" << path << "saved.";
 }
 

@@ -96,6 +96,7 @@ void ShockListModel::write()
     }
     xml.writeEndDocument();
     halvar::ReplaceFailure failure;
-    if (!halvar::replaceFile(m_file->fileName(), content, &failure) && failure.opened)
+    halvar::replaceFile(m_file->fileName(), content, &failure);
+    if (failure && failure.opened)
         halvar::logReplaceFailure(m_file->fileName(), failure);
 }

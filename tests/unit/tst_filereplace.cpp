@@ -29,6 +29,7 @@ struct SystemCalls
     bool writeNothing = false;
     bool failFileSync = false;
     bool failDirectorySync = false;
+    int syncError = EIO;
 };
 SystemCalls calls;
 
@@ -48,7 +49,7 @@ extern "C" int fsync(int descriptor)
         const bool directory = S_ISDIR(status.st_mode);
         calls.seen.append(directory ? QStringLiteral("sync-directory") : QStringLiteral("sync-file"));
         if (directory ? calls.failDirectorySync : calls.failFileSync)
-            return failWith(EIO);
+            return failWith(calls.syncError);
     }
     return static_cast<int>(syscall(SYS_fsync, descriptor));
 }
@@ -90,6 +91,13 @@ private:
         QFile file(path(name));
         QVERIFY(file.open(QIODevice::WriteOnly));
         QCOMPARE(file.write(bytes), qint64(bytes.size()));
+    }
+    /// -1 when there is no such file.
+    int modeOf(const QString &name) const
+    {
+        struct stat status = {};
+        const int found = stat(QFile::encodeName(path(name)).constData(), &status);
+        return found == 0 ? int(status.st_mode & 07777) : -1;
     }
     QStringList entries() const
     {
@@ -174,9 +182,56 @@ private slots:
         const auto permissions = QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup;
         QVERIFY(QFile::setPermissions(path(m_name), permissions));
         QVERIFY(halvar::replaceFile(path(m_name), "new"));
-        struct stat status = {};
-        QCOMPARE(stat(QFile::encodeName(path(m_name)).constData(), &status), 0);
-        QCOMPARE(int(status.st_mode & 07777), 0640);
+        QCOMPARE(modeOf(m_name), 0640);
+    }
+
+    void newFile_isItsOwnersOnly_data()
+    {
+        QTest::addColumn<int>("mask");
+        QTest::newRow("generous mask") << 0;
+        QTest::newRow("usual mask") << 022;
+        QTest::newRow("mask that takes everything") << 0777;
+    }
+    void newFile_isItsOwnersOnly()
+    {
+        QFETCH(int, mask);
+        const mode_t before = umask(static_cast<mode_t>(mask));
+        const bool replaced = halvar::replaceFile(path(m_name), "new");
+        umask(before);
+        QVERIFY(replaced);
+        QCOMPARE(modeOf(m_name), 0600);
+    }
+
+    void newFileForEverybody_isReadByAll_writtenByItsOwner_data() { newFile_isItsOwnersOnly_data(); }
+    void newFileForEverybody_isReadByAll_writtenByItsOwner()
+    {
+        QFETCH(int, mask);
+        const mode_t before = umask(static_cast<mode_t>(mask));
+        const bool replaced =
+            halvar::replaceFile(path(m_name), "new", nullptr, QString(), halvar::Readers::Everybody);
+        umask(before);
+        QVERIFY(replaced);
+        QCOMPARE(modeOf(m_name), 0644);
+    }
+
+    void linkInPlaceOfTheTemporaryFile_isRemoved_notFollowed()
+    {
+        put(QStringLiteral("elsewhere"), "untouched");
+        QVERIFY(QFile::link(path(QStringLiteral("elsewhere")), path(m_name + QStringLiteral(".tmp"))));
+        QVERIFY(halvar::replaceFile(path(m_name), "new"));
+        QCOMPARE(content(QStringLiteral("elsewhere")), QByteArray("untouched"));
+        QCOMPARE(content(m_name), QByteArray("new"));
+        QVERIFY(!QFileInfo(path(m_name)).isSymLink());
+    }
+
+    void pipeInPlaceOfTheTemporaryFile_isRemoved()
+    {
+        const QByteArray pipe = QFile::encodeName(path(m_name + QStringLiteral(".tmp")));
+        QCOMPARE(mkfifo(pipe.constData(), 0600), 0);
+        // Without a reader, opening it for writing would wait for ever.
+        QVERIFY(halvar::replaceFile(path(m_name), "new"));
+        QCOMPARE(entries(), QStringList{m_name});
+        QCOMPARE(content(m_name), QByteArray("new"));
     }
 
     void interruptedAndShortWrites_areContinued()
@@ -291,6 +346,29 @@ private slots:
         calls.watched = true;
         calls.failDirectorySync = true;
         QVERIFY(halvar::replaceFile(path(m_name), "new"));
+        QCOMPARE(content(m_name), QByteArray("new"));
+    }
+
+    void failedDirectorySync_isTold_data()
+    {
+        QTest::addColumn<int>("error");
+        QTest::addColumn<QString>("reason");
+        QTest::newRow("input/output error") << EIO << QStringLiteral("Input/output error");
+        QTest::newRow("a file system that synchronises no directories") << EINVAL << QString();
+        QTest::newRow("a file system that does not know it") << ENOTSUP << QString();
+    }
+    void failedDirectorySync_isTold()
+    {
+        QFETCH(int, error);
+        QFETCH(QString, reason);
+        calls.watched = true;
+        calls.failDirectorySync = true;
+        calls.syncError = error;
+        halvar::ReplaceFailure failure;
+        QVERIFY(halvar::replaceFile(path(m_name), "new", &failure));
+        QCOMPARE(failure.reason, reason);
+        QCOMPARE(bool(failure), !reason.isEmpty());
+        QCOMPARE(failure.replaced, !reason.isEmpty());
         QCOMPARE(content(m_name), QByteArray("new"));
     }
 
