@@ -7,6 +7,8 @@
 #include <array>
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
+#include <cstring>
 #include <thread>
 #include <vector>
 
@@ -15,8 +17,11 @@
 #include <netinet/tcp.h>
 #include <sys/socket.h>
 #include <unistd.h>
+#include <zmq.h>
 
 #include <tessel/tessel.h>
+
+#include "core.h"
 
 namespace {
 
@@ -59,10 +64,40 @@ void echo(int listener)
     }
 }
 
+// The first bytes of each request say how many are wanted back.
+void answerZeroMq(void *socket)
+{
+    std::vector<char> request(1024);
+    std::vector<char> reply(1024);
+    for (;;) {
+        const int size = zmq_recv(socket, request.data(), request.size(), 0);
+        std::uint32_t wanted = 0;
+        if (size < int(sizeof wanted))
+            return;
+        std::memcpy(&wanted, request.data(), sizeof wanted);
+        if (wanted > reply.size() || zmq_send(socket, reply.data(), wanted, 0) < 0)
+            return;
+    }
+}
+
+/// \return the port, 0 when there is none.
+int startZeroMq()
+{
+    void *const socket = zmq_socket(zmq_ctx_new(), ZMQ_REP);
+    std::array<char, 64> endpoint{};
+    std::size_t size = endpoint.size();
+    if (zmq_bind(socket, "tcp://127.0.0.1:*") != 0
+        || zmq_getsockopt(socket, ZMQ_LAST_ENDPOINT, endpoint.data(), &size) != 0)
+        return 0;
+    std::thread(answerZeroMq, socket).detach();
+    return std::atoi(std::strrchr(endpoint.data(), ':') + 1);
+}
+
 } // namespace
 
 int runPeer(int argc, char **argv)
 {
+    const OneCore core;
     QCoreApplication application(argc, argv); // the middleware's threads need one
     tessel::init();
     tessel::AutoRef<EchoService> service(new EchoService);
@@ -81,7 +116,7 @@ int runPeer(int argc, char **argv)
         return 1;
     std::thread(echo, listener).detach();
 
-    std::printf("%d %d\n", manager.port(), ntohs(address.sin_port));
+    std::printf("%d %d %d\n", manager.port(), ntohs(address.sin_port), startZeroMq());
     std::fflush(stdout);
     char byte = 0;
     while (::read(STDIN_FILENO, &byte, 1) > 0) { }

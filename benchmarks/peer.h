@@ -3,8 +3,9 @@
 #ifndef PEER_H
 #define PEER_H
 
-/// The other process of the link benchmarks: offers a service of the middleware and a raw TCP echo on free
-/// ports of the loopback, says "SERVICE-PORT ECHO-PORT" on standard output, and ends with standard input.
+/// The other process of the link benchmarks: offers a service of the middleware, a raw TCP echo and a
+/// ZeroMQ reply socket on free ports of the loopback, all on one processor, says "SERVICE-PORT ECHO-PORT
+/// ZEROMQ-PORT" on standard output, and ends with standard input.
 /// \return its exit status
 int runPeer(int argc, char **argv);
 
