@@ -6,6 +6,20 @@
 
 namespace nap = com::halvar::nap;
 
+namespace {
+
+const QByteArray StatusKind = QByteArrayLiteral("NAP_STATUS");
+const QByteArray DetectionKind = QByteArrayLiteral("NAP_DETECTION");
+const QByteArray SpectrumKind = QByteArrayLiteral("NAP_SPECTRUM");
+
+/// Asked once for all lines of a record: each notification passes here, and is rarely logged.
+bool isLogged()
+{
+    return QsLogging::Logger::instance().loggingLevel() <= QsLogging::DebugLevel;
+}
+
+} // namespace
+
 NAPObserver::NAPObserver()
     : m_napClient(nullptr)
 { }
@@ -14,8 +28,9 @@ NAPObserver::~NAPObserver() = default;
 
 int NAPObserver::onMessage(const nap::NotificationMessage &message)
 {
-    const tessel::AString id = message.get_id();
-    if (id == "NAP_STATUS") {
+    const tessel::AString kind = message.get_id();
+    const QByteArray &id = kind.toUtf8();
+    if (id == StatusKind) {
         // Status first, then conditions, then error: an error is shown under the acquisition it belongs to.
         const nap::AcqStatus status = message.get_status();
         m_napClient.setCurrentAcqStatus(status);
@@ -27,11 +42,11 @@ int NAPObserver::onMessage(const nap::NotificationMessage &message)
         }
         if (message.is_set_error())
             m_napClient.setCurrentAcqError(message.get_error());
-    } else if (id == "NAP_DETECTION") {
+    } else if (id == DetectionKind) {
         const nap::DetectionResult detection = message.get_detection();
         m_napClient.setCurrentDetectionResult(detection);
         printDetection(detection);
-    } else if (id == "NAP_SPECTRUM") {
+    } else if (id == SpectrumKind) {
         printSpectrum(message.get_spectrum());
     }
     return 1;
@@ -59,6 +74,8 @@ const char *NAPObserver::showBoolean(bool value)
 
 void NAPObserver::printConditions(const nap::AcqConditions &conditions)
 {
+    if (!isLogged())
+        return;
     QLOG_DEBUG() << "[NAP Observer]: Temperature: " << conditions.get_temperature() << " C";
     QLOG_DEBUG() << "[NAP Observer]: Accelerating Voltage: " << conditions.get_acceleratingVoltage() << " V";
     QLOG_DEBUG() << "[NAP Observer]: * Ready for Acquisition: "
@@ -71,6 +88,8 @@ void NAPObserver::printConditions(const nap::AcqConditions &conditions)
 
 void NAPObserver::printDetection(const nap::DetectionResult &detection)
 {
+    if (!isLogged())
+        return;
     QLOG_DEBUG() << "[NAP Observer]: Concentration: " << detection.get_value();
     QLOG_DEBUG() << "[NAP Observer]: Sigma: " << detection.get_sigma();
     if (!detection.is_set_decision())

@@ -7,7 +7,7 @@ namespace halvar {
 namespace nap {
 
 namespace {
-constexpr char OnMessage[] = "com.halvar.nap.NotificationObserver.onMessage";
+const QByteArray OnMessage = QByteArrayLiteral("com.halvar.nap.NotificationObserver.onMessage");
 } // namespace
 
 NotificationObserver::NotificationObserver()
@@ -40,7 +40,7 @@ int NotificationObserver::call(const tessel::Tuple &request, tessel::Tuple &)
 
 int NotificationObserver::sendMessage(tessel::Service &observer, const NotificationMessage &message)
 {
-    tessel::Tuple request(OnMessage);
+    tessel::Tuple request(OnMessage.constData());
     request.set("message", tessel::Value(message));
     tessel::Tuple reply;
     return observer.call(request, reply);

@@ -5,6 +5,8 @@
 #include <QSharedData>
 #include <QVector>
 
+#include <cstring>
+
 #include "tuplebuilder.h"
 
 namespace tessel {
@@ -55,12 +57,14 @@ QByteArray Tuple::class_name() const
 
 void Tuple::set_class_name(const Symbol &className)
 {
-    d->className = className.name();
+    set_class_name(className.name());
 }
 
 void Tuple::set_class_name(const QByteArray &className)
 {
-    d->className = className;
+    // A record that came in has its class name already: nothing to unshare its fields for.
+    if (d.constData()->className != className)
+        d->className = className;
 }
 
 int Tuple::size() const
@@ -78,27 +82,31 @@ Value Tuple::value(int index) const
     return index >= 0 && index < size() ? d->fields.at(index).value : Value();
 }
 
-int Tuple::indexOf(const char *name) const
+int Tuple::indexOf(const char *name, int length) const
 {
-    for (int i = 0; i < d->fields.size(); ++i) {
-        if (d->fields.at(i).name == name)
+    const QVector<Field> &fields = d->fields;
+    for (int i = 0; i < fields.size(); ++i) {
+        const QByteArray &candidate = fields.at(i).name;
+        if (candidate.size() == length
+            && std::memcmp(candidate.constData(), name, static_cast<std::size_t>(length)) == 0)
             return i;
     }
     return -1;
+}
+
+int Tuple::indexOf(const char *name) const
+{
+    return indexOf(name, static_cast<int>(qstrlen(name)));
+}
+
+int Tuple::indexOf(const QByteArray &name) const
+{
+    return indexOf(name.constData(), name.size());
 }
 
 Value Tuple::get(const char *name) const
 {
     return value(indexOf(name));
-}
-
-int Tuple::indexOf(const QByteArray &name) const
-{
-    for (int i = 0; i < d->fields.size(); ++i) {
-        if (d->fields.at(i).name == name)
-            return i;
-    }
-    return -1;
 }
 
 void Tuple::setAt(int index, const QByteArray &name, const Value &value)

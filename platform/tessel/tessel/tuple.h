@@ -55,6 +55,7 @@ public:
 private:
     friend struct TupleBuilder;
     struct Data;
+    int indexOf(const char *name, int length) const;
     int indexOf(const char *name) const;
     int indexOf(const QByteArray &name) const;
     void setAt(int index, const QByteArray &name, const Value &value);
