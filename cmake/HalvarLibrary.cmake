@@ -18,6 +18,8 @@ function(halvar_add_library target)
     VISIBILITY_INLINES_HIDDEN ON)
   target_link_libraries(${target} PUBLIC ${arg_PUBLIC_LIBS}
     PRIVATE ${arg_PRIVATE_LIBS} $<BUILD_INTERFACE:halvar_settings>)
+  # A library calls its own exported functions directly: nobody is meant to put others in their place.
+  target_compile_options(${target} PRIVATE -fno-semantic-interposition)
   set(directory ${CMAKE_INSTALL_INCLUDEDIR}/halvar)
   if(arg_HEADER_DIR)
     string(APPEND directory /${arg_HEADER_DIR})
