@@ -7,6 +7,8 @@
 
 #include <tessel/tuple.h>
 
+#include <utility>
+
 #include "export.h"
 #include "field.h"
 
@@ -52,6 +54,11 @@ public:
     /// Takes the fields over, whatever class name they came under.
     explicit RecordBase(const tessel::Tuple &tuple)
         : tessel::Tuple(tuple)
+    {
+        init();
+    }
+    explicit RecordBase(tessel::Tuple &&tuple)
+        : tessel::Tuple(std::move(tuple))
     {
         init();
     }

@@ -28,9 +28,8 @@ struct Tuple::Data : QSharedData
     QVector<Field> fields;
 };
 
-Tuple::Tuple()
-    : d(new Data)
-{ }
+// Without data: empty, and as good as one that was cleared. Most replies are.
+Tuple::Tuple() = default;
 
 Tuple::Tuple(const char *className)
     : d(new Data)
@@ -39,20 +38,29 @@ Tuple::Tuple(const char *className)
 }
 
 Tuple::Tuple(const Tuple &) = default;
-Tuple::Tuple(Tuple &&other) noexcept
-    : d(other.d)
-{ }
+Tuple::Tuple(Tuple &&) noexcept = default;
 Tuple &Tuple::operator=(const Tuple &) = default;
-Tuple &Tuple::operator=(Tuple &&other) noexcept
-{
-    d.swap(other.d);
-    return *this;
-}
+Tuple &Tuple::operator=(Tuple &&) noexcept = default;
 Tuple::~Tuple() = default;
+
+const Tuple::Data &Tuple::read() const
+{
+    if (d)
+        return *d.constData();
+    static const Data *const none = new Data; // not destroyed: tuples may outlive all statics
+    return *none;
+}
+
+Tuple::Data &Tuple::write()
+{
+    if (!d)
+        d = new Data;
+    return *d;
+}
 
 QByteArray Tuple::class_name() const
 {
-    return d->className;
+    return read().className;
 }
 
 void Tuple::set_class_name(const Symbol &className)
@@ -63,28 +71,28 @@ void Tuple::set_class_name(const Symbol &className)
 void Tuple::set_class_name(const QByteArray &className)
 {
     // A record that came in has its class name already: nothing to unshare its fields for.
-    if (d.constData()->className != className)
-        d->className = className;
+    if (read().className != className)
+        write().className = className;
 }
 
 int Tuple::size() const
 {
-    return d->fields.size();
+    return read().fields.size();
 }
 
 QByteArray Tuple::name(int index) const
 {
-    return index >= 0 && index < size() ? d->fields.at(index).name : QByteArray();
+    return index >= 0 && index < size() ? read().fields.at(index).name : QByteArray();
 }
 
 Value Tuple::value(int index) const
 {
-    return index >= 0 && index < size() ? d->fields.at(index).value : Value();
+    return index >= 0 && index < size() ? read().fields.at(index).value : Value();
 }
 
 int Tuple::indexOf(const char *name, int length) const
 {
-    const QVector<Field> &fields = d->fields;
+    const QVector<Field> &fields = read().fields;
     for (int i = 0; i < fields.size(); ++i) {
         const QByteArray &candidate = fields.at(i).name;
         if (candidate.size() == length
@@ -104,20 +112,29 @@ int Tuple::indexOf(const QByteArray &name) const
     return indexOf(name.constData(), name.size());
 }
 
-Value Tuple::get(const char *name) const
+const Value &Tuple::get(const char *name) const &
 {
-    return value(indexOf(name));
+    const int index = indexOf(name);
+    if (index >= 0)
+        return read().fields.at(index).value;
+    static const Value *const absent = new Value; // not destroyed, like the data of empty tuples
+    return *absent;
+}
+
+Value Tuple::get(const char *name) const &&
+{
+    return get(name);
 }
 
 void Tuple::setAt(int index, const QByteArray &name, const Value &value)
 {
     if (value.type() == T_NONE) {
         if (index >= 0)
-            d->fields.removeAt(index);
+            write().fields.removeAt(index);
     } else if (index >= 0) {
-        d->fields[index].value = value;
+        write().fields[index].value = value;
     } else {
-        d->fields.append({name, value});
+        write().fields.append({name, value});
     }
 }
 
@@ -134,7 +151,7 @@ void Tuple::set(const QByteArray &name, const Value &value)
 
 void TupleBuilder::append(Tuple &tuple, const QByteArray &name, const Value &value)
 {
-    tuple.d->fields.append({name, value});
+    tuple.write().fields.append({name, value});
 }
 
 bool Tuple::is_set(const char *name) const
@@ -145,24 +162,27 @@ bool Tuple::is_set(const char *name) const
 bool Tuple::is_set(const char *name, Types type) const
 {
     const int index = indexOf(name);
-    return index >= 0 && d->fields.at(index).value.type() == type;
+    return index >= 0 && read().fields.at(index).value.type() == type;
 }
 
 void Tuple::clear()
 {
-    d->fields.clear();
+    if (!isEmpty())
+        write().fields.clear();
 }
 
 void Tuple::splice(const Tuple &other)
 {
-    const QVector<Field> fields = other.d->fields; // other may be this one
+    const QVector<Field> fields = other.read().fields; // other may be this one
     for (const Field &field : fields)
         set(field.name, field.value);
 }
 
 bool operator==(const Tuple &a, const Tuple &b)
 {
-    return a.d == b.d || (a.d->className == b.d->className && a.d->fields == b.d->fields);
+    const Tuple::Data &left = a.read();
+    const Tuple::Data &right = b.read();
+    return &left == &right || (left.className == right.className && left.fields == right.fields);
 }
 
 Value::Value() = default;

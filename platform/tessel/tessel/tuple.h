@@ -38,8 +38,10 @@ public:
     QByteArray name(int index) const;
     Value value(int index) const;
 
-    /// The field's value, or one of T_NONE when it is absent.
-    Value get(const char *name) const;
+    /// The field's value, or one of T_NONE when it is absent; the reference holds until this tuple is written
+    /// to.
+    const Value &get(const char *name) const &;
+    Value get(const char *name) const &&;
     /// Sets the field, in its old place when it is there already; a value of T_NONE removes it.
     void set(const char *name, const Value &value);
     void set(const QByteArray &name, const Value &value);
@@ -55,6 +57,8 @@ public:
 private:
     friend struct TupleBuilder;
     struct Data;
+    const Data &read() const;
+    Data &write();
     int indexOf(const char *name, int length) const;
     int indexOf(const char *name) const;
     int indexOf(const QByteArray &name) const;

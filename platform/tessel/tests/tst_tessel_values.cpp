@@ -165,6 +165,50 @@ private slots:
         QCOMPARE(taken.size(), 1);
     }
 
+    void tuple_thatWasNeverWrittenToIsEmpty()
+    {
+        Tuple tuple;
+        QCOMPARE(tuple.size(), 0);
+        QCOMPARE(tuple.class_name(), QByteArray());
+        QVERIFY(!tuple.is_set("a"));
+        QCOMPARE(int(tuple.get("a").type()), int(T_NONE));
+        tuple.clear();
+        tuple.set("a", Value());
+        QVERIFY(tuple == Tuple());
+        Tuple cleared("");
+        cleared.set("a", Value(1));
+        QVERIFY(tuple != cleared);
+        cleared.clear();
+        QVERIFY(tuple == cleared);
+        tuple.splice(cleared);
+        tuple.set_class_name(QByteArray());
+        QVERIFY(tuple.isEmpty());
+    }
+
+    void tuple_valueOfATemporaryOutlivesIt()
+    {
+        const auto make = [] {
+            Tuple tuple;
+            tuple.set("text", Value(AString("kept")));
+            return tuple;
+        };
+        const Value &value = make().get("text");
+        QCOMPARE(value.toAString().toUtf8(), QByteArray("kept"));
+    }
+
+    void tuple_namesOfOneLengthAreTakenApart()
+    {
+        Tuple tuple;
+        tuple.set("value", Value(1));
+        tuple.set("sigma", Value(2));
+        tuple.set(QByteArray("val\0e", 5), Value(3));
+        QCOMPARE(tuple.get("value").toInt(), 1);
+        QCOMPARE(tuple.get("sigma").toInt(), 2);
+        QVERIFY(!tuple.is_set("val"));
+        QVERIFY(!tuple.is_set(""));
+        QCOMPARE(tuple.size(), 3);
+    }
+
     void tuple_spliceTakesOverAndKeepsTheOthers()
     {
         Tuple tuple("Class");
