@@ -38,6 +38,8 @@ public:
     /// Sends \p message as it is.
     void notify(const com::halvar::nap::NotificationMessage &message);
     void setSilent(bool silent);
+    /// See Observers::setPort().
+    void setObserverPort(quint16 port) { m_observers.setPort(port); }
     void setDelay(int milliseconds) { m_gate.setDelay(milliseconds); }
 
     /// Calls that wait for the end of a silence or delay.

@@ -109,6 +109,8 @@ int main(int argc, char *argv[])
 
     simulator::Simulator::Places places;
     places.control = options.control;
+    places.port = options.napPort;
+    places.observerPort = options.observerPort;
     simulator::Simulator instrument(places, nullptr);
     instrument.settings().reference = reference;
     instrument.prepare(scenario);

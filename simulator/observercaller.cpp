@@ -8,8 +8,9 @@ namespace nap = com::halvar::nap;
 
 namespace simulator {
 
-ObserverCaller::ObserverCaller(const QString &description)
+ObserverCaller::ObserverCaller(const QString &description, quint16 port)
     : m_description(description)
+    , m_port(port)
 { }
 
 void ObserverCaller::bind()
@@ -18,6 +19,8 @@ void ObserverCaller::bind()
     QByteArray description = m_description.toUtf8();
     if (!description.startsWith(prefix))
         description.prepend(prefix);
+    if (m_port != 0)
+        description.replace(description.lastIndexOf(':') + 1, description.size(), QByteArray::number(m_port));
     m_observer = tessel::Service::bind(tessel::AString(description));
     if (!m_observer) {
         QLOG_WARN() << "observer" << m_description << "cannot be reached";

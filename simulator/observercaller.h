@@ -15,7 +15,8 @@ class ObserverCaller : public QObject
 {
     Q_OBJECT
 public:
-    explicit ObserverCaller(const QString &description);
+    /// \p port other than 0 replaces that of the description.
+    explicit ObserverCaller(const QString &description, quint16 port = 0);
 
     const QString &description() const { return m_description; }
     void bind();
@@ -29,6 +30,7 @@ private:
     void lose();
 
     const QString m_description;
+    const quint16 m_port;
     tessel::PService m_observer;
 };
 

@@ -28,7 +28,7 @@ void Observers::add(const QString &description)
     remove(description);
     auto *thread = new QThread;
     thread->setObjectName(QStringLiteral("observer"));
-    auto *caller = new ObserverCaller(description);
+    auto *caller = new ObserverCaller(description, m_port);
     caller->moveToThread(thread);
     connect(thread, &QThread::finished, caller, &QObject::deleteLater);
     connect(thread, &QThread::finished, this, [this, thread] {

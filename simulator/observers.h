@@ -34,6 +34,9 @@ public:
     QStringList descriptions() const { return m_callers.keys(); }
 
     void send(const com::halvar::nap::NotificationMessage &message);
+    /// Calls the observers that are added from now on back on \p port, where somebody stands between; 0: on
+    /// the port that they gave.
+    void setPort(quint16 port) { m_port = port; }
     /// What is sent while silent is lost.
     void setSilent(bool silent) { m_silent = silent; }
 
@@ -46,6 +49,7 @@ private:
     QHash<QString, ObserverCaller *> m_callers; // each deletes itself at the end of its thread
     QList<QThread *> m_threads; // also those that are ending
     bool m_silent = false;
+    quint16 m_port = 0;
 };
 
 } // namespace simulator

@@ -24,6 +24,11 @@ void declare(QCommandLineParser &parser)
         {QStringLiteral("home"), QStringLiteral("Home whose config/config_unit tells the reference value."),
          QStringLiteral("DIR")},
         {QStringLiteral("control"), QStringLiteral("Name of the control socket."), QStringLiteral("NAME")},
+        {QStringLiteral("nap-port"), QStringLiteral("Port of the analysis service (3555)."),
+         QStringLiteral("N")},
+        {QStringLiteral("observer-port"),
+         QStringLiteral("Call observers back on this port instead of the one they register."),
+         QStringLiteral("N")},
         {QStringLiteral("log-level"), QStringLiteral("trace, debug, info, warn, error, fatal or off."),
          QStringLiteral("LEVEL")},
         {QStringLiteral("ready-fd"),
@@ -84,6 +89,14 @@ bool Options::parse(const QStringList &arguments, QString &error)
         readyFd = value("ready-fd").toInt(&ok);
         if (!ok || readyFd < 0)
             return wrong("ready-fd", "the number of an open descriptor");
+    }
+    for (const auto &[option, port] :
+         {std::pair("nap-port", &napPort), std::pair("observer-port", &observerPort)}) {
+        if (!given(option))
+            continue;
+        *port = value(option).toUShort(&ok);
+        if (!ok || *port == 0)
+            return wrong(option, "a port from 1 to 65535");
     }
     if (given("log-level") && !parseLevel(value("log-level"), logLevel))
         return wrong("log-level", "trace, debug, info, warn, error, fatal or off");

@@ -20,6 +20,8 @@ struct Options
     std::optional<double> speed;
     QString home;
     QString control = QStringLiteral("halvar-simulator");
+    quint16 napPort = 3555;
+    quint16 observerPort = 0; ///< 0: the one that an observer registers
     QsLogging::Level logLevel = QsLogging::WarnLevel;
     int readyFd = -1;
     bool help = false;

@@ -60,6 +60,7 @@ Simulator::Simulator(const Places &places, QObject *parent)
     , m_files(places.sysClass)
     , m_control([this](const QJsonObject &command) { return execute(command); })
 {
+    m_service.setObserverPort(places.observerPort);
     addInstrumentActions();
     addMspActions();
     addNapActions();

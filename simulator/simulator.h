@@ -26,6 +26,7 @@ public:
         QString control = QStringLiteral("halvar-simulator");
         QString sysClass = QStringLiteral("/sys/class");
         quint16 port = AnalysisService::Port;
+        quint16 observerPort = 0; ///< 0: the one that an observer registers
     };
 
     explicit Simulator(QObject *parent = nullptr);

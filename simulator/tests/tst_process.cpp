@@ -123,6 +123,9 @@ void TstProcess::wrongUse_isOneLineAndStatusTwo_data()
         "--seed: expected an integer from 0 to 2147483647, found \"2147483648\"");
     row(QStringLiteral("--speed 0"), "--speed: expected a number from 0.01 to 500, found \"0\"");
     row(QStringLiteral("--speed nan"), "--speed: expected a number from 0.01 to 500, found \"nan\"");
+    row(QStringLiteral("--nap-port 0"), "--nap-port: expected a port from 1 to 65535, found \"0\"");
+    row(QStringLiteral("--observer-port 65536"),
+        "--observer-port: expected a port from 1 to 65535, found \"65536\"");
     row(QStringLiteral("--log-level loud"),
         "--log-level: expected trace, debug, info, warn, error, fatal or off, found \"loud\"");
     row(QStringLiteral("--ready-fd x"), "--ready-fd: expected the number of an open descriptor, found \"x\"");
