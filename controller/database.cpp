@@ -7,6 +7,7 @@
 
 #include <QsLog.h>
 
+#include "damagedfile.h"
 #include "filereplace.h"
 #include "xmltext.h"
 
@@ -73,7 +74,10 @@ bool Database::read(const QString &home)
 {
     m_home = home;
     m_writtenRevision = 0;
-    return readFile(QStringLiteral("database/database_unit.xml"), QStringLiteral("database_unit"))
+    const bool unitRead =
+        readFile(QStringLiteral("database/database_unit.xml"), QStringLiteral("database_unit"));
+    m_unread = !unitRead && !halvar::isNoFile(unitPath());
+    return unitRead
         && readFile(QStringLiteral("database/database_diagnostic.xml"),
                     QStringLiteral("database_diagnostic"));
 }
@@ -195,6 +199,14 @@ bool Database::writeUnitFile() const
     const QString path = unitPath();
     if (halvar::isWriteProtected(path))
         return false;
+    if (m_unread && !halvar::keepBeforeReplacing(path)) {
+        const QString reason = QStringLiteral("not kept");
+        if (m_reportedFailure != reason)
+            halvar::logNotKept(path);
+        m_reportedFailure = reason;
+        return false;
+    }
+    m_unread = false;
     halvar::ReplaceFailure failure;
     const bool written = halvar::replaceFile(path, unitDocument(), &failure);
     if (failure) {

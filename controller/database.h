@@ -30,7 +30,8 @@ public:
 public slots:
     /// Adds the items of both files to the lists, which are not cleared first.
     /// \param home directory of the instrument's files, ending in a separator.
-    /// \return true when both files were opened and read without an XML error.
+    /// \return true when both files were opened and read without an XML error. A unit file that could not be
+    /// read to its end is kept as database_unit.xml.damaged before write() replaces it.
     bool read(const QString &home);
     /// Writes the unit file from the four unit lists, replacing it whole. Const, as the lists stay as they
     /// are: the controller, which only reads the lists' owner, saves what a diagnostic has added to them.
@@ -68,6 +69,7 @@ private:
     DatabaseItemListModel *m_databaseItemsListModel = nullptr;
     quint64 m_revision = 1; ///< grows with every change of what the unit file holds
     mutable quint64 m_writtenRevision = 0; ///< what the last successful write left, 0 for nothing
+    mutable bool m_unread = false; ///< the unit file may hold more than was read
     mutable QString m_reportedFailure; ///< why the last writes failed, empty when they did not
 };
 

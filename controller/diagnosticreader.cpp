@@ -85,7 +85,8 @@ DiagnosticReader::DiagnosticReader(HalvarController &controller, const Database 
 bool DiagnosticReader::read(QIODevice *device)
 {
     m_xml.setDevice(device);
-    while (!m_xml.atEnd()) {
+    // At a sector that cannot be read, the device never comes to its end, and so neither does the reader.
+    while (!m_xml.atEnd() && !m_xml.hasError()) {
         if (m_xml.readNext() == QXmlStreamReader::StartElement)
             readTopLevel();
     }

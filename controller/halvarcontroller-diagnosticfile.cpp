@@ -8,8 +8,11 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
+
 #include <QsLog.h>
 
+#include "damagedfile.h"
 #include "database.h"
 #include "diagnosticreader.h"
 #include "diagnosticwriter.h"
@@ -30,29 +33,15 @@ const char *refusalOf(const QString &name)
     return nullptr;
 }
 
-QByteArray contentOf(const QString &path)
+/// The names that a file may be known by: its own, and the one given where its links cannot be followed.
+QStringList namesOf(const QString &path)
 {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-/// Keeps what stands at \p path beside it, before a save replaces it: what cannot be read here can perhaps be
-/// repaired by hand. A copy that is there already is not made again.
-/// \return the copy's path, empty when there is none.
-QString keepDamaged(const QString &path)
-{
-    QFile damaged(path);
-    if (!damaged.open(QIODevice::ReadOnly))
-        return QString();
-    const QByteArray content = damaged.readAll();
-    const QString first = path + QLatin1String(".damaged");
-    QString copy = first;
-    for (int number = 1; QFile::exists(copy); ++number) {
-        if (contentOf(copy) == content)
-            return copy;
-        copy = first + QLatin1Char('.') + QString::number(number);
-    }
-    return halvar::replaceFile(copy, content) ? copy : QString();
+    const QFileInfo file(path);
+    QStringList names{QDir::cleanPath(file.absoluteFilePath())};
+    const QString canonical = file.canonicalFilePath();
+    if (!canonical.isEmpty() && canonical != names.first())
+        names.append(canonical);
+    return names;
 }
 
 } // namespace
@@ -67,14 +56,15 @@ void HalvarController::saveFile()
         QLOG_ERROR() << "[Halvar Controller]: File" << path << "not saved:" << refusal;
         return;
     }
-    const QString replaced = QFileInfo(path).canonicalFilePath();
-    if (m_damagedFiles.contains(replaced)) {
-        if (keepDamaged(path).isEmpty()) {
-            QLOG_ERROR() << "[Halvar Controller]: File" << path
-                         << "not saved: the damaged file in its place could not be kept.";
+    const QStringList names = namesOf(path);
+    const auto isDamaged = [this](const QString &name) { return m_damagedFiles.contains(name); };
+    if (std::any_of(names.cbegin(), names.cend(), isDamaged)) {
+        if (!halvar::keepBeforeReplacing(path)) {
+            halvar::logNotKept(path);
             return;
         }
-        m_damagedFiles.remove(replaced);
+        for (const QString &name : names)
+            m_damagedFiles.remove(name);
     }
     halvar::ReplaceFailure failure;
     const QByteArray document = DiagnosticWriter(*this, m_database).document();
@@ -91,23 +81,32 @@ void HalvarController::loadFile(QString file)
     QFile diagnostic(file);
     // The XML reader brings the ends of lines into one form itself. The device must not: it would take
     // bytes out of a UTF-16 document.
-    if (!diagnostic.open(QIODevice::ReadOnly))
+    if (!diagnostic.open(QIODevice::ReadOnly)) {
+        markDamaged(file);
         return;
+    }
     DiagnosticReader reader(*this, m_database);
     const bool intact = reader.read(&diagnostic);
+    const QString damage = diagnostic.error() == QFile::NoError ? reader.error() : diagnostic.errorString();
     diagnostic.close();
     if (!intact) {
-        const QString copy = keepDamaged(file);
+        const QString copy = halvar::keepDamaged(file);
         if (copy.isEmpty()) {
-            m_damagedFiles.insert(QFileInfo(file).canonicalFilePath());
-            QLOG_ERROR() << "[Halvar Controller]: File" << file << "damaged:" << reader.error()
+            markDamaged(file);
+            QLOG_ERROR() << "[Halvar Controller]: File" << file << "damaged:" << damage
                          << "No copy could be kept.";
         } else {
-            QLOG_ERROR() << "[Halvar Controller]: File" << file << "damaged:" << reader.error() << "Kept as"
-                         << copy;
+            QLOG_ERROR() << "[Halvar Controller]: File" << file << "damaged:" << damage << "Kept as" << copy;
         }
     }
     QLOG_INFO() << "[Halvar Controller]: File" << file << "loaded.";
+}
+
+void HalvarController::markDamaged(const QString &path)
+{
+    const QStringList names = namesOf(path);
+    for (const QString &name : names)
+        m_damagedFiles.insert(name);
 }
 
 void HalvarController::initFile()

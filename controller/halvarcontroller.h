@@ -264,6 +264,8 @@ private:
     void fetchMeasureSummary();
     UD *unitInEdition() const;
 
+    void markDamaged(const QString &path);
+
     QTimer *newTimer(int interval, bool singleShot);
 
 private:
@@ -337,7 +339,7 @@ private:
     QString MspFwVersion;
     QString MspVersion;
 
-    QSet<QString> m_damagedFiles; ///< loaded as damaged, and no copy could be kept yet
+    QSet<QString> m_damagedFiles; ///< not read whole, and no copy could be kept yet
 };
 
 #endif // HALVAR_HALVARCONTROLLER_H

@@ -7,6 +7,7 @@
 #include <QXmlStreamReader>
 #include <QXmlStreamWriter>
 
+#include "damagedfile.h"
 #include "filereplace.h"
 
 namespace {
@@ -64,8 +65,10 @@ ShockListModel::ShockListModel(const QString &home, QObject *parent)
 
 void ShockListModel::read()
 {
-    if (!m_file->open(QIODevice::ReadOnly))
+    if (!m_file->open(QIODevice::ReadOnly)) {
+        m_unread = !halvar::isNoFile(m_file->fileName());
         return;
+    }
     QXmlStreamReader xml(m_file);
     if (xml.readNextStartElement() && xml.name() == QLatin1String("history_shocks")) {
         while (xml.readNextStartElement()) {
@@ -78,6 +81,7 @@ void ShockListModel::read()
                 append(new Shock(parsed(text), this));
         }
     }
+    m_unread = xml.hasError() || m_file->error() != QFile::NoError;
     m_file->close();
 }
 
@@ -85,6 +89,11 @@ void ShockListModel::write()
 {
     if (halvar::isWriteProtected(m_file->fileName()))
         return;
+    if (m_unread && !halvar::keepBeforeReplacing(m_file->fileName())) {
+        halvar::logNotKept(m_file->fileName());
+        return;
+    }
+    m_unread = false;
     QByteArray content;
     QXmlStreamWriter xml(&content);
     xml.setAutoFormatting(true);

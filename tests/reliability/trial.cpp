@@ -17,6 +17,8 @@
 
 namespace {
 
+constexpr unsigned SecondsPerRun = 20; // a run takes milliseconds; one that hangs ends by SIGALRM
+
 const QString killed = QStringLiteral("killed by signal 9");
 
 faultshim::Plan planOf(faultshim::Fault fault, int call)
@@ -42,6 +44,7 @@ QString inChild(const std::function<QString()> &body)
         return QStringLiteral("no pipe");
     const pid_t child = fork();
     if (child == 0) {
+        alarm(SecondsPerRun);
         const QByteArray answer = body().toUtf8();
         for (int sent = 0; sent < answer.size();) {
             const ssize_t count =

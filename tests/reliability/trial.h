@@ -15,7 +15,7 @@
 #include "operations.h"
 
 /// Runs \p body in a child process. \return what it returned, or how it ended when it did not end by itself:
-/// "killed by signal 9".
+/// "killed by signal 9". One that hangs is killed by SIGALRM, 14.
 QString inChild(const std::function<QString()> &body);
 
 /// \p content with every time stamp replaced by the same word.
