@@ -1,7 +1,7 @@
 # SPDX-FileCopyrightText: 2026 Halvar Controller contributors
 # SPDX-License-Identifier: Apache-2.0
 #
-# halvar_add_test(NAME SOURCES ... [LIBS ...] [LABELS ...] [INSTRUMENT] [TIMEOUT SECONDS])
+# halvar_add_test(NAME SOURCES ... [LIBS ...] [LABELS ...] [INSTRUMENT [INSTRUMENT_OPTIONS ...]] [TIMEOUT SECONDS])
 #
 # One QtTest program, run by CTest on the offscreen platform. INSTRUMENT runs it in a private
 # instrument (its own /sys/class, /data, loopback and shell commands): required for everything that
@@ -9,7 +9,7 @@
 find_package(Qt5 5.15 REQUIRED COMPONENTS Test)
 
 function(halvar_add_test name)
-  cmake_parse_arguments(arg "INSTRUMENT" "TIMEOUT" "SOURCES;LIBS;LABELS" ${ARGN})
+  cmake_parse_arguments(arg "INSTRUMENT" "TIMEOUT" "SOURCES;LIBS;LABELS;INSTRUMENT_OPTIONS" ${ARGN})
   if(NOT arg_TIMEOUT)
     set(arg_TIMEOUT 120)
   endif()
@@ -21,7 +21,8 @@ function(halvar_add_test name)
   target_compile_definitions(${name} PRIVATE
     HALVAR_SOURCE_DIR="${PROJECT_SOURCE_DIR}" HALVAR_BINARY_DIR="${PROJECT_BINARY_DIR}")
   if(arg_INSTRUMENT)
-    add_test(NAME ${name} COMMAND ${PROJECT_SOURCE_DIR}/simulator/instrument $<TARGET_FILE:${name}>)
+    add_test(NAME ${name}
+      COMMAND ${PROJECT_SOURCE_DIR}/simulator/instrument ${arg_INSTRUMENT_OPTIONS} $<TARGET_FILE:${name}>)
   else()
     add_test(NAME ${name} COMMAND ${name})
   endif()

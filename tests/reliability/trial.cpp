@@ -161,7 +161,7 @@ void Trial::restore(const Files &files) const
 }
 
 /// A run under \p plan, then the verdict on it and on the run that follows when the cause is gone.
-QString Trial::run(faultshim::Plan plan) const
+QString Trial::run(faultshim::Plan plan, const std::function<void()> &repair) const
 {
     for (const QString &directory : m_directories)
         plan.directories.push_back(QFile::encodeName(directory).toStdString());
@@ -172,9 +172,7 @@ QString Trial::run(faultshim::Plan plan) const
     faultshim::arm(plan);
     m_operation.run();
     const std::vector<faultshim::Event> events = faultshim::disarm();
-    const QString gone = QFileInfo(m_operation.file).path();
-    if (!QFile::exists(gone) && !QDir().rename(gone + QStringLiteral(".gone"), gone))
-        return QStringLiteral("the directory is not back");
+    repair();
     complaint = judge(events, log.lines(QStringLiteral("ERROR")));
     if (!complaint.isEmpty())
         return complaint;
@@ -220,26 +218,39 @@ QString Trial::judge(const std::vector<faultshim::Event> &events, const QStringL
 
 QString Trial::survivesFault(faultshim::Plan plan) const
 {
-    const QString complaint = inChild([&] { return run(plan); });
+    const QString complaint = inChild([&] { return run(plan, [] {}); });
+    restore(m_files);
+    return complaint;
+}
+
+QString Trial::survivesCause(const std::function<void()> &cause, const std::function<void()> &repair) const
+{
+    faultshim::Plan plan = planOf(faultshim::Fault::Act, 1);
+    plan.action = cause;
+    const QString complaint = inChild([&] { return run(plan, repair); });
+    repair();
     restore(m_files);
     return complaint;
 }
 
 QString Trial::survivesVanishing(int call) const
 {
-    faultshim::Plan plan = planOf(faultshim::Fault::Act, call);
     const QString directory = QFileInfo(m_operation.file).path();
-    plan.action = [directory] {
-        if (!QDir().rename(directory, directory + QStringLiteral(".gone")))
-            qFatal("Cannot move %s away", qPrintable(directory));
+    const auto move = [](const QString &from, const QString &to) {
+        if (!QDir().rename(from, to))
+            qFatal("Cannot rename %s", qPrintable(from));
     };
-    return survivesFault(plan);
+    faultshim::Plan plan = planOf(faultshim::Fault::Act, call);
+    plan.action = [&] { move(directory, directory + QStringLiteral(".gone")); };
+    const QString complaint =
+        inChild([&] { return run(plan, [&] { move(directory + QStringLiteral(".gone"), directory); }); });
+    restore(m_files);
+    return complaint;
 }
 
 QString Trial::survivesKill(faultshim::Fault fault, int call) const
 {
-    faultshim::Plan plan = planOf(fault, call);
-    QString complaint = inChild([&] { return run(plan); });
+    QString complaint = inChild([&] { return run(planOf(fault, call), [] {}); });
     if (complaint == killed) {
         complaint.clear();
         const QByteArray left = content();

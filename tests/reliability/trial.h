@@ -51,6 +51,8 @@ public:
     /// has the Error lines that it should; the next run in the same process loses nothing and leaves nothing
     /// behind.
     QString survivesFault(faultshim::Plan plan) const;
+    /// Likewise when \a cause comes before the operation's first call, and \a repair after its last.
+    QString survivesCause(const std::function<void()> &cause, const std::function<void()> &repair) const;
     /// Likewise when the file's directory is away from \p call on, until the run is over.
     QString survivesVanishing(int call) const;
 
@@ -63,7 +65,7 @@ public:
 private:
     using Files = QMap<QString, QByteArray>; ///< path and content
 
-    QString run(faultshim::Plan plan) const;
+    QString run(faultshim::Plan plan, const std::function<void()> &repair) const;
     QString judge(const std::vector<faultshim::Event> &events, const QStringList &errors) const;
     QString nextRun(const QByteArray &before) const;
     QStringList entries() const;
