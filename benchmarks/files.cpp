@@ -22,6 +22,7 @@
 
 #include "config.h"
 #include "database.h"
+#include "goals.h"
 #include "halvarcontroller.h"
 #include "measurelistmodel.h"
 #include "udlistmodel.h"
@@ -286,6 +287,11 @@ const bool registered = [] {
     registerEach("file, load a unit of 5 measures:library", load);
     registerEach("file, load a unit of 5 measures:XML reader", readBarely<false>);
     registerEach("file, load a unit of 5 measures:XML reader and items", readBarely<true>);
+
+    goal("file, save a unit of 5 measures", "XML writer, fsync, rename", 1.2).fromSize(100);
+    goalGrowth("file, save a unit of 5 measures", 1.1).fromSize(1000);
+    goal("file, load a unit of 5 measures", "XML reader", 2.0).fromSize(100);
+    goalGrowth("file, load a unit of 5 measures", 1.1).fromSize(1000);
     return true;
 }();
 

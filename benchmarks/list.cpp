@@ -13,6 +13,7 @@
 #include <benchmark/benchmark.h>
 
 #include "benchitem.h"
+#include "goals.h"
 #include "qqmlobjectlistmodel.h"
 
 namespace {
@@ -250,6 +251,18 @@ const bool registered = [] {
     registerModel<Standard>("QStandardItemModel");
     for (const char *name : {"first", "middle", "last"})
         registerEach(std::string("list, change in the ") + name + " row", "bare signal", bareSignal, false);
+
+    goal("list, append a row", "hand-written", 6.0);
+    goalGrowth("list, append a row", 1.3);
+    goal("list, read a role", "hand-written", 6.5);
+    goalGrowth("list, read a role", 1.3);
+    for (const char *name : {"first", "middle", "last"}) {
+        const std::string what = std::string("list, change in the ") + name + " row";
+        goal(what, "hand-written", 1.8);
+        goal(what, "QStandardItemModel", 1.15);
+        goalGrowth(what, 1.3);
+    }
+    goalFaster("list, remove the first row", "QStandardItemModel").fromSize(10000);
     return true;
 }();
 

@@ -1,7 +1,10 @@
 // SPDX-FileCopyrightText: 2026 Halvar Controller contributors
 // SPDX-License-Identifier: Apache-2.0
+#include <QFile>
 #include <QGuiApplication>
 
+#include <algorithm>
+#include <cstdio>
 #include <cstring>
 
 #include <benchmark/benchmark.h>
@@ -11,10 +14,54 @@
 #include "peer.h"
 #include "ratiotable.h"
 
+namespace {
+
+const char *const usage = R"(halvar-benchmarks [--table=FILE] [--report] [--benchmark_...]
+Measures the library's core paths beside limits and prints the ratios and whether they meet their goals.
+  --table=FILE   writes rows, ratios and verdicts to FILE as JSON
+  --report       a missed goal does not fail the run
+  --benchmark_filter=REGEX, --benchmark_repetitions=N and the other options of Google Benchmark
+The exit status is 0 when all that ran worked and met its goal, 1 when not, 2 for a wrong option.
+)";
+
+struct Options
+{
+    QString table;
+    bool report = false;
+    bool help = false;
+};
+
+// Takes our own options out of the command line; the rest is Google Benchmark's.
+Options takeOptions(int &argc, char **argv)
+{
+    Options options;
+    const auto mine = [&options](const char *argument) {
+        if (std::strncmp(argument, "--table=", 8) == 0)
+            options.table = QFile::decodeName(argument + 8);
+        else if (std::strcmp(argument, "--report") == 0)
+            options.report = true;
+        else if (std::strcmp(argument, "--help") == 0)
+            options.help = true;
+        else
+            return false;
+        return true;
+    };
+    argc = int(std::remove_if(argv + 1, argv + argc, mine) - argv);
+    argv[argc] = nullptr;
+    return options;
+}
+
+} // namespace
+
 int main(int argc, char **argv)
 {
     if (argc == 2 && std::strcmp(argv[1], "--peer") == 0)
         return runPeer(argc, argv);
+    const Options options = takeOptions(argc, argv);
+    if (options.help) {
+        std::fputs(usage, stdout);
+        return 0;
+    }
     QGuiApplication application(argc, argv);
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
@@ -23,5 +70,10 @@ int main(int argc, char **argv)
     QsLogging::Logger::instance().setLoggingLevel(QsLogging::WarnLevel);
     RatioTable table;
     benchmark::RunSpecifiedBenchmarks(&table);
-    return table.isComplete() ? 0 : 1;
+    if (!options.table.isEmpty() && !table.write(options.table)) {
+        std::fprintf(stderr, "Cannot write %s.\n", qPrintable(options.table));
+        return 1;
+    }
+    const bool everything = benchmark::GetBenchmarkFilter().empty();
+    return table.isComplete() && (options.report || table.meetsGoals(everything)) ? 0 : 1;
 }

@@ -21,6 +21,7 @@
 #include <nap/records.h>
 
 #include "core.h"
+#include "goals.h"
 #include "napobserver.h"
 #include "quantile.h"
 
@@ -265,6 +266,9 @@ const bool registered = [] {
     RegisterBenchmark("link, single notification:queued signal", bareSignal, single)
         ->UseManualTime()
         ->Iterations(1);
+
+    goal("link, notification to a binding", "queued signal", 1.25);
+    goal("link, single notification", "queued signal", 1.5);
     return true;
 }();
 

@@ -15,6 +15,7 @@
 #include <benchmark/benchmark.h>
 
 #include "benchitem.h"
+#include "goals.h"
 #include "qqmlobjectlistmodel.h"
 #include "qqmlsortfilterproxymodel.h"
 
@@ -237,6 +238,12 @@ const bool registered = [] {
     registerEach("proxy, sort by role, a row:C++ proxy", sortByRole<CppProxy>);
     registerEach("proxy, sort by expression, a pair:library", sortByExpression);
     registerEach("proxy, sort by expression, a pair:bare call", callForSort);
+
+    goal("proxy, filter by value, a row", "C++ proxy", 1.5);
+    goal("proxy, filter by pattern, a row", "C++ proxy", 1.1);
+    goal("proxy, sort by role, a row", "C++ proxy", 1.1);
+    goal("proxy, filter by expression, a row", "bare call", 8.0);
+    goal("proxy, sort by expression, a pair", "bare call", 5.0);
     return true;
 }();
 

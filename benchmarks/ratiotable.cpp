@@ -2,31 +2,77 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "ratiotable.h"
 
+#include <QDateTime>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QSysInfo>
+
 #include <algorithm>
 #include <cstdio>
 
+#include "goals.h"
+
 namespace {
 
-constexpr const char *ours = "library";
+// Characters, not bytes: "µ" is two.
+std::size_t lengthOf(const std::string &text)
+{
+    return std::size_t(std::count_if(text.begin(), text.end(),
+                                     [](char c) { return (static_cast<unsigned char>(c) & 0xc0) != 0x80; }));
+}
 
-std::string duration(double nanoseconds)
+std::string right(const std::string &text, std::size_t width)
+{
+    return std::string(width - std::min(width, lengthOf(text)), ' ') + text;
+}
+
+std::string left(const std::string &text, std::size_t width)
+{
+    return text + std::string(width - std::min(width, lengthOf(text)), ' ');
+}
+
+std::string times(double ratio)
 {
     char text[32];
-    if (nanoseconds < 1e3)
-        std::snprintf(text, sizeof text, "%.1f ns", nanoseconds);
-    else if (nanoseconds < 1e6)
-        std::snprintf(text, sizeof text, "%.2f µs", nanoseconds / 1e3);
-    else
-        std::snprintf(text, sizeof text, "%.2f ms", nanoseconds / 1e6);
+    std::snprintf(text, sizeof text, "x%.2f", ratio);
     return text;
 }
 
-// Pads by characters, not by bytes: "µ" is two.
-std::string padded(const std::string &text, std::size_t width)
+const char *name(Goal::Verdict verdict)
 {
-    const auto characters = std::size_t(std::count_if(
-        text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xc0) != 0x80; }));
-    return characters < width ? std::string(width - characters, ' ') + text : text;
+    switch (verdict) {
+    case Goal::Verdict::Met:
+        return "met";
+    case Goal::Verdict::Missed:
+        return "MISSED";
+    case Goal::Verdict::NotMeasured:
+        break;
+    }
+    return "not measured";
+}
+
+const char *name(Goal::Kind kind)
+{
+    switch (kind) {
+    case Goal::Kind::Ratio:
+        return "ratio";
+    case Goal::Kind::Difference:
+        return "difference";
+    case Goal::Kind::Growth:
+        break;
+    }
+    return "growth";
+}
+
+// The unit of a counter that is a figure: "ns" of "p99 [ns]" and of "[ns]".
+std::string unitOf(const std::string &counter)
+{
+    const std::size_t open = counter.find('[');
+    return open != std::string::npos && counter.back() == ']'
+        ? counter.substr(open + 1, counter.size() - open - 2)
+        : std::string();
 }
 
 } // namespace
@@ -49,65 +95,135 @@ void RatioTable::ReportRuns(const std::vector<Run> &runs)
             m_complete = false;
             continue;
         }
-        const std::string &name = run.run_name.function_name;
-        const std::size_t colon = name.find(':');
+        const std::string &title = run.run_name.function_name;
+        const std::size_t colon = title.find(':');
+        const std::string what = title.substr(0, colon);
+        const std::string variant = title.substr(colon + 1);
         const long size = run.run_name.args.empty() ? 0 : std::stol(run.run_name.args);
+        bool timed = true;
+        for (const auto &[counter, value] : run.counters) {
+            const std::string unit = unitOf(counter);
+            if (unit.empty())
+                continue;
+            const std::size_t bracket = counter.find('[');
+            timed = timed && bracket > 0;
+            m_figures.add(bracket > 0 ? what + ", " + counter.substr(0, bracket - 1) : what, size, variant,
+                          value, unit);
+        }
+        if (!timed)
+            continue;
         // Seconds an item, where the benchmark counts items; else a whole iteration is one.
         const auto rate = run.counters.find("items_per_second");
-        const double nanoseconds = rate != run.counters.end()
-            ? 1e9 / rate->second
-            : run.real_accumulated_time / double(run.iterations) * 1e9;
-        auto &figures = row(name.substr(0, colon), size).figures;
-        const std::string variant = name.substr(colon + 1);
-        const auto figure =
-            std::find_if(figures.begin(), figures.end(), [&](const auto &f) { return f.first == variant; });
-        if (figure == figures.end())
-            figures.emplace_back(variant, nanoseconds);
-        else
-            figure->second = std::min(figure->second, nanoseconds);
+        m_figures.add(what, size, variant,
+                      rate != run.counters.end() ? 1e9 / rate->second
+                                                 : run.real_accumulated_time / double(run.iterations) * 1e9,
+                      "ns");
     }
     std::fputc('.', stderr);
 }
 
-RatioTable::Row &RatioTable::row(const std::string &what, long size)
-{
-    const auto found = std::find_if(m_rows.begin(), m_rows.end(),
-                                    [&](const Row &r) { return r.what == what && r.size == size; });
-    if (found != m_rows.end())
-        return *found;
-    m_rows.push_back({what, size, {}});
-    return m_rows.back();
-}
-
 void RatioTable::Finalize()
 {
-    // Interleaving delivers the rows in any order.
-    std::sort(m_rows.begin(), m_rows.end(),
-              [](const Row &a, const Row &b) { return std::tie(a.what, a.size) < std::tie(b.what, b.size); });
     std::fputc('\n', stderr);
-    std::printf("%-34s %9s %12s   %s\n", "what (per item)", "size", "library",
-                "limits, and how many times as long we take");
-    for (Row &row : m_rows) {
-        const auto library = std::find_if(row.figures.begin(), row.figures.end(),
-                                          [](const auto &f) { return f.first == ours; });
-        if (library == row.figures.end() || row.figures.size() < 2) {
-            std::printf("%-34s %9ld %12s\n", row.what.c_str(), row.size, "incomplete");
+    printRows();
+    printGoals();
+    std::fflush(stdout);
+}
+
+void RatioTable::printRows()
+{
+    std::printf("%-42s %9s %12s   %s\n", "what (per item)", "size", "library",
+                "limits, and how many times as much we take");
+    for (Figures::Row &row : m_figures.rows()) {
+        const auto own = row.figure(Figures::library);
+        if (!own || row.variants.size() < 2) {
+            std::printf("%-42s %9ld %12s\n", row.what.c_str(), row.size, "incomplete");
             m_complete = false;
             continue;
         }
-        const double own = library->second;
+        std::sort(row.variants.begin(), row.variants.end());
         std::string limits;
-        std::sort(row.figures.begin(), row.figures.end());
-        for (const auto &[variant, nanoseconds] : row.figures) {
-            if (variant == ours)
-                continue;
-            char ratio[32];
-            std::snprintf(ratio, sizeof ratio, " x%.2f", own / nanoseconds);
-            limits += "  " + variant + " " + duration(nanoseconds) + ratio + ";";
+        for (const auto &[variant, figure] : row.variants) {
+            if (variant != Figures::library)
+                limits +=
+                    "  " + variant + " " + formatted(figure, row.unit) + " " + times(*own / figure) + ";";
         }
-        if (!limits.empty())
-            limits.pop_back();
-        std::printf("%-34s %9ld %s %s\n", row.what.c_str(), row.size, padded(duration(own), 12).c_str(),
-                    limits.c_str());
+        limits.pop_back();
+        std::printf("%s %9ld %s %s\n", left(row.what, 42).c_str(), row.size,
+                    right(formatted(*own, row.unit), 12).c_str(), limits.c_str());
     }
+}
+
+void RatioTable::printGoals() const
+{
+    std::printf("\n%-76s %10s %9s %10s   %s\n", "goal", "worst", "at", "at most", "verdict");
+    int met = 0;
+    for (const Goal &goal : goals()) {
+        const Goal::Outcome outcome = goal.judge(m_figures);
+        met += outcome.verdict == Goal::Verdict::Met;
+        const std::vector<Figures::Row> rows = m_figures.rows(goal.what());
+        const std::string unit = rows.empty() ? std::string() : rows.front().unit;
+        const auto text = [&](double value) {
+            return goal.kind() == Goal::Kind::Difference ? formatted(value, unit) : times(value);
+        };
+        const bool measured = outcome.verdict != Goal::Verdict::NotMeasured;
+        std::printf("%s %s %9s %s   %s\n", left(goal.title(), 76).c_str(),
+                    right(measured ? text(outcome.worst) : "-", 10).c_str(),
+                    measured ? std::to_string(outcome.size).c_str() : "-",
+                    right((goal.isStrict() ? "< " : "") + text(goal.bound()), 10).c_str(),
+                    name(outcome.verdict));
+    }
+    std::printf("%d of %zu goals met.\n", met, goals().size());
+}
+
+bool RatioTable::meetsGoals(bool everything) const
+{
+    return std::all_of(goals().begin(), goals().end(), [&](const Goal &goal) {
+        const Goal::Verdict verdict = goal.judge(m_figures).verdict;
+        return verdict == Goal::Verdict::Met || (verdict == Goal::Verdict::NotMeasured && !everything);
+    });
+}
+
+bool RatioTable::write(const QString &path) const
+{
+    QJsonArray rows;
+    for (const Figures::Row &row : m_figures.rows()) {
+        QJsonObject variants;
+        for (const auto &[variant, figure] : row.variants)
+            variants.insert(QString::fromStdString(variant), figure);
+        rows.append(QJsonObject{{QStringLiteral("what"), QString::fromStdString(row.what)},
+                                {QStringLiteral("size"), double(row.size)},
+                                {QStringLiteral("unit"), QString::fromStdString(row.unit)},
+                                {QStringLiteral("figures"), variants}});
+    }
+    QJsonArray judged;
+    for (const Goal &goal : goals()) {
+        const Goal::Outcome outcome = goal.judge(m_figures);
+        QJsonObject object{{QStringLiteral("what"), QString::fromStdString(goal.what())},
+                           {QStringLiteral("title"), QString::fromStdString(goal.title())},
+                           {QStringLiteral("kind"), QLatin1String(name(goal.kind()))},
+                           {QStringLiteral("limit"), QString::fromStdString(goal.limit())},
+                           {QStringLiteral("bound"), goal.bound()},
+                           {QStringLiteral("strict"), goal.isStrict()},
+                           {QStringLiteral("verdict"), QString::fromLatin1(name(outcome.verdict)).toLower()}};
+        if (outcome.verdict != Goal::Verdict::NotMeasured) {
+            object.insert(QStringLiteral("worst"), outcome.worst);
+            object.insert(QStringLiteral("size"), double(outcome.size));
+        }
+        judged.append(object);
+    }
+    const benchmark::CPUInfo &cpu = benchmark::CPUInfo::Get();
+    const QJsonObject context{{QStringLiteral("date"), QDateTime::currentDateTimeUtc().toString(Qt::ISODate)},
+                              {QStringLiteral("system"), QSysInfo::prettyProductName()},
+                              {QStringLiteral("architecture"), QSysInfo::currentCpuArchitecture()},
+                              {QStringLiteral("compiler"), QLatin1String(__VERSION__)},
+                              {QStringLiteral("qt"), QLatin1String(qVersion())},
+                              {QStringLiteral("cpus"), cpu.num_cpus},
+                              {QStringLiteral("mhz"), cpu.cycles_per_second / 1e6}};
+    QFile file(path);
+    const QByteArray json = QJsonDocument(QJsonObject{{QStringLiteral("context"), context},
+                                                      {QStringLiteral("rows"), rows},
+                                                      {QStringLiteral("goals"), judged}})
+                                .toJson();
+    return file.open(QIODevice::WriteOnly) && file.write(json) == json.size() && file.flush();
 }

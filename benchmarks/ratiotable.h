@@ -3,36 +3,36 @@
 #ifndef RATIOTABLE_H
 #define RATIOTABLE_H
 
-#include <map>
-#include <string>
-#include <vector>
+#include <QString>
 
 #include <benchmark/benchmark.h>
 
-/// Collects a run and prints it as one table of ratios.
+#include "figures.h"
+
+/// Collects a run, prints it as one table of ratios and judges the goals by it.
 ///
-/// A benchmark is called "what:variant/size": the variant "library" is ours, every other one a limit to
-/// compare it with. The figure of each is the fastest of its repetitions, for one of its items.
+/// A benchmark is called "what:variant/size". Its figure is the time of one of its items, unless it has a
+/// counter called "[UNIT]", which then takes the time's place; a counter called "NAME [UNIT]" makes a row
+/// "what, NAME" besides. Other counters stay in the benchmark's own output.
 class RatioTable : public benchmark::BenchmarkReporter
 {
 public:
     bool ReportContext(const Context &context) override;
     void ReportRuns(const std::vector<Run> &runs) override;
     void Finalize() override;
-    /// False when a benchmark reported an error or a library figure has no limit beside it.
+
+    /// False when a benchmark reported an error or a figure of the library has no limit beside it.
     bool isComplete() const { return m_complete; }
+    /// False when a goal is missed, or was not measured though \p everything was to be run.
+    bool meetsGoals(bool everything) const;
+    /// Writes rows, ratios and verdicts as JSON. False when \p path cannot be written.
+    bool write(const QString &path) const;
 
 private:
-    struct Row
-    {
-        std::string what;
-        long size = 0;
-        /// Variant and nanoseconds, in the order of registration.
-        std::vector<std::pair<std::string, double>> figures;
-    };
-    Row &row(const std::string &what, long size);
+    void printRows();
+    void printGoals() const;
 
-    std::vector<Row> m_rows;
+    Figures m_figures;
     bool m_complete = true;
 };
 
