@@ -5,6 +5,7 @@
 
 option(HALVAR_BUILD_SIMULATOR "Build the simulated instrument" ON)
 option(HALVAR_BUILD_TOOLS "Build the command-line programs" ON)
+option(HALVAR_BUILD_INTERFACE "Build the reference QML interface (needs Qt Quick Controls 2)" ON)
 option(HALVAR_BUILD_TESTS "Build the tests" ON)
 option(HALVAR_BUILD_BENCHMARKS "Build the benchmarks (needs Google Benchmark)" OFF)
 option(HALVAR_WERROR "Treat warnings as errors" OFF)

@@ -1,0 +1,58 @@
+// SPDX-FileCopyrightText: 2026 Halvar Controller contributors
+// SPDX-License-Identifier: Apache-2.0
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+import HalvarStyle 1.0
+
+// Asks before something that cannot be undone. The harmless answer has the focus.
+Dialog {
+    id: dialog
+
+    property string question
+    // A second way to go on, when there is one.
+    property string other
+    property string yes: qsTr("Confirmer")
+    property string no: qsTr("Annuler")
+
+    signal otherChosen()
+
+    parent: Overlay.overlay
+    x: Math.round((parent.width - width) / 2)
+    y: Math.round((parent.height - height) / 2)
+    width: Math.min(parent.width - 2 * Theme.margin, 440)
+    onOpened: noButton.forceActiveFocus()
+
+    contentItem: Column {
+        spacing: Theme.margin
+
+        Body {
+            width: parent.width
+            text: dialog.question
+        }
+        Button {
+            objectName: "yes"
+            width: parent.width
+            text: dialog.yes
+            highlighted: true
+            onClicked: dialog.accept()
+        }
+        Button {
+            objectName: "other"
+            width: parent.width
+            visible: text !== ""
+            text: dialog.other
+            highlighted: true
+            onClicked: {
+                dialog.close();
+                dialog.otherChosen();
+            }
+        }
+        Button {
+            id: noButton
+            objectName: "no"
+            width: parent.width
+            text: dialog.no
+            onClicked: dialog.reject()
+        }
+    }
+}

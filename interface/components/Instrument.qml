@@ -1,0 +1,208 @@
+// SPDX-FileCopyrightText: 2026 Halvar Controller contributors
+// SPDX-License-Identifier: Apache-2.0
+pragma Singleton
+import QtQuick 2.15
+import Halvar 4.0
+
+// What the instrument is doing, as the screens see it at every moment.
+//
+// The library announces temperature and voltage by each other's signal, says nothing when the measure mode changes,
+// and goes back to NONE in silence after an accuracy check or a calibration. All of that is made up for here, once.
+Item {
+    id: instrument
+
+    // Reading both makes both signals refresh both.
+    readonly property int temperature: { controller.voltage; return controller.temperature; }
+    readonly property int voltage: { controller.temperature; return controller.voltage; }
+
+    property int mode: AcquisitionModeEnumClass.NONE
+    property int measureMode: MeasureModeEnumClass.TRIGGER
+    property int calibrationState: CalibrationEnumClass.NOT_STARTED
+    property int calibrationAttempts: 0
+    // Of the last calibration: "", "done", "error", "stopped".
+    property string calibrationOutcome: ""
+    readonly property int calibrationAttemptsLeft: Math.max(0, config.Nbr_Energy_Adj_Test() - calibrationAttempts)
+
+    readonly property bool busy: mode !== AcquisitionModeEnumClass.NONE
+    readonly property bool shooting: mode === AcquisitionModeEnumClass.START_MEASURE
+                                     || mode === AcquisitionModeEnumClass.MEASURE
+
+    // Whether the trigger opens the shutter now.
+    property bool armed: false
+    property QtObject unit: null
+    // Where results go, and the measure that they go to.
+    property QtObject list: null
+    property QtObject measure: null
+    property int results: 0
+    // Results in a row with the same decision.
+    property int sameDecision: 0
+    property bool finished: false
+
+    // Phases of a shot.
+    readonly property string phase: {
+        if (mode === AcquisitionModeEnumClass.START_MEASURE)
+            return "open";
+        if (mode === AcquisitionModeEnumClass.MEASURE)
+            return results < 1 ? "settling" : "measuring";
+        if (!armed && !finished)
+            return "standby";
+        return finished ? "done" : "ready";
+    }
+    // The three newest results go when the trigger is released: a decision has to be older than they are.
+    readonly property bool decided: {
+        if (!measure || sameDecision < 4)
+            return false;
+        var decision = measure.detectionDecision;
+        return decision === DetectionDecisionEnumClass.POSITIVE || decision === DetectionDecisionEnumClass.NEGATIVE;
+    }
+
+    signal shotEnded()
+
+    function setMeasureMode(mode) {
+        controller.measureMode = mode;
+        measureMode = controller.measureMode;
+    }
+
+    function measureDirect() {
+        unit = null;
+        list = directMeasures;
+        finished = false;
+        controller.branchMode = BranchModeEnumClass.BRANCH_DIRECT;
+        controller.setEnableMeasure(true);
+        armed = true;
+    }
+    function measureUnit(row) {
+        unit = uds.get(row);
+        list = unit ? unit.measures : null;
+        finished = false;
+        controller.branchMode = BranchModeEnumClass.BRANCH_INDEXED;
+        controller.udIndex = row;
+        controller.udLocal = unit ? unit.local : "";
+        controller.udIndexEdition = row;
+        armed = uds.currentStatut() === UDStatutEnumClass.RAW;
+    }
+    // What the unit's statut says, or what the operator says against it.
+    function enable(on) {
+        controller.setEnableMeasure(on);
+        armed = on;
+        finished = false;
+    }
+    function standby() {
+        unit = null;
+        list = null;
+        measure = null;
+        finished = false;
+        controller.udIndexEdition = -1;
+        controller.udIndex = -1;
+        controller.setEnableMeasure(false);
+        controller.branchMode = BranchModeEnumClass.NONE;
+        armed = false;
+    }
+    // Ends a shot without a result.
+    function interrupt() {
+        controller.stopMeasure();
+    }
+    function acknowledge() {
+        controller.ackError();
+        error.resetErrorMessage();
+        // The fault took the MSP out of its measuring mode.
+        if (armed) {
+            controller.setEnableMeasure(false);
+            controller.setEnableMeasure(true);
+        }
+    }
+
+    function startCalibration() {
+        calibrationOutcome = "";
+        controller.startCalibration();
+        refresh();
+    }
+    function stopCalibration() {
+        controller.stopCalibration();
+        calibrationOutcome = "stopped";
+        refresh();
+    }
+
+    function follow() {
+        if (!list || list.count === 0)
+            return;
+        var newest = list === directMeasures ? list.get(0) : list.get(list.count - 1);
+        if (newest === measure)
+            return;
+        measure = newest;
+        results = 0;
+        sameDecision = 0;
+    }
+    function refresh() {
+        var before = mode;
+        calibrationState = calibration.calibrationState;
+        mode = controller.acquisitionMode;
+        measureMode = controller.measureMode;
+        if (before === mode)
+            return;
+        if (before === AcquisitionModeEnumClass.CALIBRATION && calibrationOutcome === "") {
+            var failed = calibrationState === CalibrationEnumClass.ERROR
+                || calibrationState === CalibrationEnumClass.TOO_MANY_ERRORS;
+            calibrationOutcome = failed ? "error" : "done";
+            // For the date of the new calibration.
+            controller.requestUpdate();
+        }
+        if (mode === AcquisitionModeEnumClass.START_MEASURE) {
+            finished = false;
+            measure = null;
+            results = 0;
+        } else if (before === AcquisitionModeEnumClass.MEASURE) {
+            finished = true;
+            // As the library decided when the shot ended.
+            if (unit)
+                armed = unit.statut === UDStatutEnumClass.RAW;
+            shotEnded();
+        }
+    }
+
+    Component.onCompleted: refresh()
+
+    Connections {
+        target: controller
+        function onAcquisitionModeChanged() { instrument.refresh(); }
+        function onMeasureModeChanged() { instrument.refresh(); }
+    }
+    Connections {
+        target: calibration
+        function onCalibrationStateChanged(state) {
+            if (state === CalibrationEnumClass.IN_PROGRESS)
+                ++instrument.calibrationAttempts;
+            else if (state === CalibrationEnumClass.DONE)
+                instrument.calibrationAttempts = 0;
+            instrument.refresh();
+        }
+    }
+    Connections {
+        target: instrument.list
+        function onRowsInserted() { instrument.follow(); }
+    }
+    Connections {
+        target: instrument.measure
+        function onConcentrationChanged() {
+            ++instrument.results;
+            ++instrument.sameDecision;
+        }
+        function onDetectionDecisionChanged() { instrument.sameDecision = 1; }
+    }
+    // The library asks nobody by itself: what the service knows comes when it is asked for. Not while something runs,
+    // whose end an answer could be taken for.
+    Timer {
+        interval: 5000
+        repeat: true
+        triggeredOnStart: true
+        running: !instrument.busy && !error.readyForAcquisition
+        onTriggered: controller.requestUpdate()
+    }
+    Timer {
+        interval: 150
+        repeat: true
+        running: instrument.mode === AcquisitionModeEnumClass.ACCURACY
+                 || instrument.mode === AcquisitionModeEnumClass.CALIBRATION
+        onTriggered: instrument.refresh()
+    }
+}

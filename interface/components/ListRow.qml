@@ -1,0 +1,115 @@
+// SPDX-FileCopyrightText: 2026 Halvar Controller contributors
+// SPDX-License-Identifier: Apache-2.0
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+import HalvarStyle 1.0
+
+// A row of a list: a picture or a sign, two lines of text, and what follows them at the right. It is chosen by touch, or
+// with the arrows and Enter.
+AbstractButton {
+    id: row
+
+    property string heading
+    property string detail
+    property string picture
+    property string sign
+    property color signColor: Theme.primary
+    property bool chevron: true
+    default property alias trailing: trailingRow.data
+
+    implicitHeight: Math.max(Theme.touch + 12, lines.implicitHeight + 2 * Theme.spacing)
+    focusPolicy: Qt.StrongFocus
+    Accessible.role: Accessible.ListItem
+    Accessible.name: detail === "" ? heading : heading + ", " + detail
+    Accessible.onPressAction: click()
+    Keys.onReturnPressed: click()
+    Keys.onEnterPressed: click()
+    onClicked: {
+        if (ListView.view)
+            ListView.view.currentIndex = index;
+    }
+
+    background: Rectangle {
+        radius: Theme.radius
+        color: row.down ? Theme.surfacePressed : Theme.surface
+        border {
+            width: row.activeFocus ? 3 : 1
+            color: row.activeFocus ? Theme.focus : Theme.outline
+        }
+    }
+    contentItem: Item {
+        Item {
+            id: mark
+            anchors { left: parent.left; leftMargin: Theme.spacing; verticalCenter: parent.verticalCenter }
+            width: row.picture !== "" || row.sign !== "" ? 48 : 0
+            height: 48
+
+            Rectangle {
+                anchors.fill: parent
+                visible: image.visible
+                radius: 6
+                color: "white"
+            }
+            Image {
+                id: image
+                anchors.fill: parent
+                source: row.picture
+                visible: status === Image.Ready
+                fillMode: Image.PreserveAspectFit
+                sourceSize { width: 96; height: 96 }
+                asynchronous: true
+            }
+            Icon {
+                anchors.centerIn: parent
+                visible: !image.visible && mark.width > 0
+                name: row.sign !== "" ? row.sign : "picture"
+                size: 28
+                color: row.signColor
+            }
+        }
+        Column {
+            id: lines
+            anchors {
+                left: mark.right; leftMargin: mark.width > 0 ? Theme.spacing : 0
+                right: trailingRow.left; rightMargin: Theme.spacingSmall
+                verticalCenter: parent.verticalCenter
+            }
+            spacing: 2
+            Text {
+                width: parent.width
+                text: row.heading
+                color: Theme.text
+                font { pixelSize: Theme.fontNormal; weight: Font.DemiBold }
+                maximumLineCount: 2
+                wrapMode: Text.Wrap
+                elide: Text.ElideRight
+                textFormat: Text.PlainText
+            }
+            Text {
+                width: parent.width
+                visible: text !== ""
+                text: row.detail
+                color: Theme.textSecondary
+                font.pixelSize: Theme.fontSmall
+                maximumLineCount: 2
+                wrapMode: Text.Wrap
+                elide: Text.ElideRight
+                textFormat: Text.PlainText
+            }
+        }
+        Row {
+            id: trailingRow
+            anchors { right: arrow.left; rightMargin: arrow.visible ? 2 : Theme.spacingSmall; verticalCenter: parent.verticalCenter }
+            spacing: Theme.spacingSmall
+        }
+        Icon {
+            id: arrow
+            anchors { right: parent.right; rightMargin: 6; verticalCenter: parent.verticalCenter }
+            visible: row.chevron
+            width: row.chevron ? 22 : 0
+            name: "next"
+            size: 22
+            color: Theme.textSecondary
+        }
+    }
+}

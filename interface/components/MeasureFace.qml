@@ -1,0 +1,81 @@
+// SPDX-FileCopyrightText: 2026 Halvar Controller contributors
+// SPDX-License-Identifier: Apache-2.0
+import QtQuick 2.15
+import HalvarStyle 1.0
+
+// One measure: its value, its decision, its drawing, and what was noted about it.
+Item {
+    id: face
+
+    property string heading
+    property real concentration: 0
+    property real sigma: 0
+    property int decision: 0
+    property string note
+    // The measure that runs: not final, so without a decision in its full colour.
+    property bool live: false
+
+    implicitHeight: drawing.y + drawing.implicitHeight
+    Accessible.role: Accessible.Grouping
+    Accessible.name: qsTr("%1 : %2, %3 plus ou moins %4").arg(heading).arg(Words.decision(decision))
+        .arg(Words.concentration(concentration)).arg(Words.concentration(sigma))
+
+    Text {
+        id: headingText
+        width: chip.x - Theme.spacingSmall
+        text: face.heading
+        color: Theme.textSecondary
+        font { pixelSize: Theme.fontSmall; weight: Font.DemiBold }
+        elide: Text.ElideRight
+        textFormat: Text.PlainText
+    }
+    Row {
+        id: value
+        anchors.top: headingText.bottom
+        spacing: 6
+        Text {
+            text: Words.concentration(face.concentration)
+            color: Theme.text
+            font { pixelSize: Theme.fontHuge; weight: Font.Bold }
+        }
+        Text {
+            anchors { bottom: parent.bottom; bottomMargin: 6 }
+            text: qsTr("± %1 mg/cm²").arg(Words.concentration(face.sigma))
+            color: Theme.textSecondary
+            font.pixelSize: Theme.fontNormal
+        }
+    }
+    SignChip {
+        id: chip
+        anchors.right: parent.right
+        sign: Words.decisionSign(face.decision)
+        word: Words.decision(face.decision)
+        tint: Words.decisionColor(face.decision)
+    }
+    Text {
+        id: noteText
+        anchors { top: value.bottom; left: parent.left; right: parent.right }
+        visible: text !== ""
+        height: visible ? implicitHeight : 0
+        text: face.note
+        color: Theme.textSecondary
+        font.pixelSize: Theme.fontSmall
+        elide: Text.ElideRight
+        textFormat: Text.PlainText
+    }
+    MeasureBar {
+        id: drawing
+        anchors { top: noteText.bottom; topMargin: 2; left: parent.left; right: parent.right }
+        concentration: face.concentration
+        sigma: face.sigma
+        tint: Words.decisionColor(face.decision)
+    }
+    Rectangle {
+        visible: face.live
+        x: -8
+        width: 4
+        height: parent.height
+        radius: 2
+        color: Theme.focus
+    }
+}

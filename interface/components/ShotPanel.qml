@@ -1,0 +1,119 @@
+// SPDX-FileCopyrightText: 2026 Halvar Controller contributors
+// SPDX-License-Identifier: Apache-2.0
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+import Halvar 4.0
+import HalvarStyle 1.0
+
+// What the instrument does and what the operator has to do, while measures can be made.
+Rectangle {
+    id: panel
+
+    readonly property string phase: Instrument.phase
+    readonly property bool running: Instrument.shooting
+    readonly property color ink: running ? Theme.primaryInk : Theme.text
+    property real elapsed: 0
+
+    readonly property string state1: {
+        switch (phase) {
+        case "open": return qsTr("Obturateur ouvert");
+        case "settling": return qsTr("La mesure s'établit");
+        case "measuring": return qsTr("Mesure en cours");
+        case "done": return qsTr("Mesure terminée");
+        case "ready": return qsTr("Prêt à mesurer");
+        default: return qsTr("En veille");
+        }
+    }
+    readonly property string advice: {
+        switch (phase) {
+        case "open":
+        case "settling":
+            return qsTr("Maintenez la détente et l'appareil contre la surface.");
+        case "measuring":
+            if (Instrument.measureMode === MeasureModeEnumClass.TRIGGER)
+                return Instrument.decided ? qsTr("La décision est acquise : relâchez la détente.")
+                                          : qsTr("Maintenez la détente jusqu'à la décision.");
+            if (Instrument.measureMode === MeasureModeEnumClass.DEFINED)
+                return qsTr("Maintenez : la mesure dure %1 s.").arg(controller.measureTime);
+            return qsTr("Maintenez : la mesure s'arrête d'elle-même.");
+        case "done":
+            return Instrument.armed ? qsTr("Relâchez la détente. Pressez-la pour une nouvelle mesure.")
+                                    : qsTr("Relâchez la détente. L'unité a son résultat.");
+        case "ready":
+            if (!error.readyForAcquisition)
+                return qsTr("L'instrument n'est pas prêt : attendez avant de mesurer.");
+            return qsTr("Appliquez l'appareil, pressez la détente et maintenez-la.");
+        default:
+            return qsTr("La détente est sans effet.");
+        }
+    }
+    readonly property string sign: {
+        switch (phase) {
+        case "open": return "open";
+        case "settling": return "hand";
+        case "measuring": return Instrument.decided ? "check" : "hand";
+        case "done": return "check";
+        case "ready": return error.readyForAcquisition ? "target" : "warning";
+        default: return "skip";
+        }
+    }
+
+    implicitHeight: Math.max(72, words.implicitHeight + 2 * Theme.spacing)
+    radius: Theme.radius
+    color: running ? Theme.primary : Theme.surface
+    border { width: running ? 0 : 2; color: phase === "ready" ? Theme.negative : Theme.outline }
+    Accessible.role: Accessible.StatusBar
+    Accessible.name: state1 + ". " + advice
+
+    onPhaseChanged: {
+        if (phase === "open")
+            elapsed = 0;
+    }
+    Timer {
+        interval: 100
+        repeat: true
+        running: panel.running
+        onTriggered: panel.elapsed += 0.1
+    }
+
+    Icon {
+        id: icon
+        anchors { left: parent.left; leftMargin: Theme.margin; verticalCenter: parent.verticalCenter }
+        name: panel.sign
+        size: 40
+        color: panel.ink
+    }
+    Column {
+        id: words
+        anchors {
+            left: icon.right; leftMargin: Theme.margin
+            right: time.left; rightMargin: Theme.spacingSmall
+            verticalCenter: parent.verticalCenter
+        }
+        spacing: 2
+        Text {
+            width: parent.width
+            text: panel.state1
+            color: panel.ink
+            font { pixelSize: Theme.fontLarge; weight: Font.DemiBold }
+            wrapMode: Text.Wrap
+        }
+        Text {
+            width: parent.width
+            text: panel.advice
+            color: panel.ink
+            font.pixelSize: Theme.fontSmall
+            wrapMode: Text.Wrap
+        }
+    }
+    Text {
+        id: time
+        anchors { right: parent.right; rightMargin: Theme.margin; verticalCenter: parent.verticalCenter }
+        width: panel.running ? 74 : 0
+        visible: panel.running
+        horizontalAlignment: Text.AlignRight
+        text: qsTr("%1 s").arg(Words.number(panel.elapsed, 1))
+        color: panel.ink
+        font { pixelSize: Theme.fontLarge; weight: Font.DemiBold }
+    }
+}

@@ -1,0 +1,147 @@
+// SPDX-FileCopyrightText: 2026 Halvar Controller contributors
+// SPDX-License-Identifier: Apache-2.0
+#include "diagnosticfiles.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QStorageInfo>
+#include <QXmlStreamReader>
+
+#include <algorithm>
+
+namespace {
+
+const QString Suffix = QStringLiteral(".xml");
+
+} // namespace
+
+DiagnosticFiles::DiagnosticFiles(const QString &home, QObject *parent)
+    : QAbstractListModel(parent)
+    , m_directory(QDir::cleanPath(home + QStringLiteral("/files")))
+{
+    connect(&m_watcher, &QFileSystemWatcher::directoryChanged, this, &DiagnosticFiles::refresh);
+    refresh();
+}
+
+int DiagnosticFiles::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : count();
+}
+
+QVariant DiagnosticFiles::data(const QModelIndex &index, int role) const
+{
+    if (!index.isValid() || index.row() >= m_files.size())
+        return QVariant();
+    const Entry &file = m_files.at(index.row());
+    switch (role) {
+    case NameRole:
+        return file.name;
+    case PathRole:
+        return file.path;
+    case PlaceRole:
+        return file.place;
+    case UnitsRole:
+        return file.units;
+    case SizeRole:
+        return double(file.size);
+    case ModifiedRole:
+        return file.modified;
+    case DamagedRole:
+        return !file.problem.isEmpty();
+    case ProblemRole:
+        return file.problem;
+    default:
+        return QVariant();
+    }
+}
+
+QHash<int, QByteArray> DiagnosticFiles::roleNames() const
+{
+    return {{NameRole, "name"},       {PathRole, "path"},      {PlaceRole, "place"},
+            {UnitsRole, "units"},     {SizeRole, "size"},      {ModifiedRole, "modified"},
+            {DamagedRole, "damaged"}, {ProblemRole, "problem"}};
+}
+
+QString DiagnosticFiles::pathOf(const QString &name) const
+{
+    return m_directory + QLatin1Char('/') + name + Suffix;
+}
+
+bool DiagnosticFiles::contains(const QString &name) const
+{
+    return QFileInfo(pathOf(name)).isFile();
+}
+
+void DiagnosticFiles::refresh()
+{
+    if (m_watcher.directories().isEmpty() && QFileInfo(m_directory).isDir())
+        m_watcher.addPath(m_directory);
+
+    // Files that did not change are not read again: a large one takes a while.
+    QHash<QString, Entry> known;
+    for (const Entry &file : qAsConst(m_files))
+        known.insert(file.path, file);
+    QVector<Entry> files;
+    const QFileInfoList infos =
+        QDir(m_directory)
+            .entryInfoList({QLatin1Char('*') + Suffix, QStringLiteral("*.xml.damaged*")},
+                           QDir::Files | QDir::Hidden, QDir::Time);
+    for (const QFileInfo &info : infos) {
+        const Entry before = known.value(info.filePath());
+        const bool same = before.modified == info.lastModified() && before.size == info.size();
+        files.append(same ? before : read(info.filePath()));
+    }
+
+    beginResetModel();
+    m_files = files;
+    m_freeBytes = double(QStorageInfo(m_directory).bytesAvailable());
+    endResetModel();
+    emit changed();
+}
+
+DiagnosticFiles::Entry DiagnosticFiles::read(const QString &path)
+{
+    const QFileInfo info(path);
+    Entry file;
+    file.path = path;
+    file.name = info.fileName();
+    if (file.name.endsWith(Suffix))
+        file.name.chop(Suffix.size());
+    file.size = info.size();
+    file.modified = info.lastModified();
+
+    QFile device(path);
+    if (!device.open(QIODevice::ReadOnly)) {
+        file.problem = device.errorString();
+        return file;
+    }
+    QXmlStreamReader xml(&device);
+    // "Localisation" is also what a measure calls its position.
+    bool inInformations = false;
+    bool isRoot = true;
+    while (!xml.atEnd()) {
+        xml.readNext();
+        if (xml.isEndElement() && xml.name() == QLatin1String("Informations"))
+            inInformations = false;
+        if (!xml.isStartElement())
+            continue;
+        if (isRoot && xml.name() != QLatin1String("Dossier")) {
+            file.problem = tr("ce n'est pas un diagnostic");
+            return file;
+        }
+        isRoot = false;
+        if (xml.name() == QLatin1String("Informations"))
+            inInformations = true;
+        else if (inInformations && xml.name() == QLatin1String("Localisation"))
+            file.place = xml.readElementText(QXmlStreamReader::SkipChildElements);
+        else if (xml.name() == QLatin1String("Ud"))
+            ++file.units;
+    }
+    if (xml.hasError())
+        file.problem = tr("ligne %1, colonne %2 : %3")
+                           .arg(xml.lineNumber())
+                           .arg(xml.columnNumber())
+                           .arg(xml.errorString());
+    return file;
+}

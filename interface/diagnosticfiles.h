@@ -1,0 +1,76 @@
+// SPDX-FileCopyrightText: 2026 Halvar Controller contributors
+// SPDX-License-Identifier: Apache-2.0
+#ifndef INTERFACE_DIAGNOSTICFILES_H
+#define INTERFACE_DIAGNOSTICFILES_H
+
+#include <QAbstractListModel>
+#include <QDateTime>
+#include <QFileSystemWatcher>
+#include <QVector>
+
+/// The diagnostics in home/files/, the newest first, each with what its own content tells of it.
+///
+/// A damaged file is listed like any other, with the reason in the role "problem"; so are the copies that the
+/// library keeps of damaged files before it replaces them. The list follows the directory by itself;
+/// refresh() does so at once.
+class DiagnosticFiles : public QAbstractListModel
+{
+    Q_OBJECT
+    Q_PROPERTY(int count READ count NOTIFY changed)
+    /// Bytes free for this user where the files are; -1 when it cannot be told.
+    Q_PROPERTY(double freeBytes READ freeBytes NOTIFY changed)
+
+public:
+    enum Role {
+        NameRole = Qt::UserRole + 1, ///< of the diagnostic: the file's name without ".xml"
+        PathRole,
+        PlaceRole,
+        UnitsRole, ///< how many there are
+        SizeRole, ///< bytes
+        ModifiedRole, ///< date and time
+        DamagedRole,
+        ProblemRole ///< line, column and reason; empty for an intact file
+    };
+    Q_ENUM(Role)
+
+    /// \param home ends with a separator.
+    explicit DiagnosticFiles(const QString &home, QObject *parent = nullptr);
+
+    int count() const { return int(m_files.size()); }
+    double freeBytes() const { return m_freeBytes; }
+
+    int rowCount(const QModelIndex &parent = QModelIndex()) const override;
+    QVariant data(const QModelIndex &index, int role) const override;
+    QHash<int, QByteArray> roleNames() const override;
+
+    /// Where a diagnostic of this name is kept.
+    Q_INVOKABLE QString pathOf(const QString &name) const;
+    /// Whether a diagnostic of this name is there now.
+    Q_INVOKABLE bool contains(const QString &name) const;
+
+public slots:
+    void refresh();
+
+signals:
+    void changed();
+
+private:
+    struct Entry
+    {
+        QString path;
+        QString name;
+        QString place;
+        int units = 0;
+        qint64 size = 0;
+        QDateTime modified;
+        QString problem;
+    };
+    static Entry read(const QString &path);
+
+    const QString m_directory;
+    QVector<Entry> m_files;
+    double m_freeBytes = -1;
+    QFileSystemWatcher m_watcher;
+};
+
+#endif // INTERFACE_DIAGNOSTICFILES_H

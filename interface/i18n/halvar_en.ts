@@ -1,0 +1,1379 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="en" sourcelanguage="fr">
+<context>
+    <name>AccuracyScreen</name>
+    <message>
+        <source>Contrôle de justesse</source>
+        <translation>Accuracy check</translation>
+    </message>
+    <message>
+        <source>Bloc de référence : %1 ± %2 mg/cm²</source>
+        <translation>Reference block: %1 ± %2 mg/cm²</translation>
+    </message>
+    <message>
+        <source>Contrôle arrêté, sans résultat.</source>
+        <translation>Check stopped, without a result.</translation>
+    </message>
+    <message>
+        <source>Contrôle en cours</source>
+        <translation>Check running</translation>
+    </message>
+    <message>
+        <source>Arrêter le contrôle de justesse et quitter cet écran ?</source>
+        <translation>Stop the accuracy check and leave this screen?</translation>
+    </message>
+    <message>
+        <source>Arrêter et quitter</source>
+        <translation>Stop and leave</translation>
+    </message>
+    <message>
+        <source>Continuer le contrôle</source>
+        <translation>Go on with the check</translation>
+    </message>
+    <message>
+        <source>Contrôle : %1</source>
+        <translation>Check: %1</translation>
+    </message>
+    <message>
+        <source>%1 ± %2</source>
+        <translation>%1 ± %2</translation>
+    </message>
+    <message>
+        <source>Contrôle en cours : %1 s. Laissez l&apos;appareil sur le bloc de référence.</source>
+        <translation>Check running: %1 s. Leave the instrument on the reference block.</translation>
+    </message>
+    <message>
+        <source>Posez l&apos;appareil sur le bloc de référence, puis démarrez.</source>
+        <translation>Put the instrument on the reference block, then start.</translation>
+    </message>
+    <message>
+        <source>Démarrer le contrôle</source>
+        <translation>Start the check</translation>
+    </message>
+    <message>
+        <source>Arrêter</source>
+        <translation>Stop</translation>
+    </message>
+    <message>
+        <source>Quel contrôle ?</source>
+        <translation>Which check?</translation>
+    </message>
+    <message>
+        <source>hors diagnostic</source>
+        <translation>not part of the diagnostic</translation>
+    </message>
+    <message>
+        <source>pas encore fait</source>
+        <translation>not made yet</translation>
+    </message>
+    <message>
+        <source>mesure n° %1</source>
+        <translation>measure no. %1</translation>
+    </message>
+</context>
+<context>
+    <name>Banners</name>
+    <message>
+        <source>Notez ce texte pour le service (acquittement n° %1).</source>
+        <translation>Note this text for the service (acknowledgement no. %1).</translation>
+    </message>
+    <message>
+        <source>Acquitter</source>
+        <translation>Acknowledge</translation>
+    </message>
+    <message>
+        <source>Choc détecté</source>
+        <translation>Shock detected</translation>
+    </message>
+    <message>
+        <source>Vu</source>
+        <translation>Seen</translation>
+    </message>
+</context>
+<context>
+    <name>CalibrationScreen</name>
+    <message>
+        <source>Calibrage en cours</source>
+        <translation>Calibration running</translation>
+    </message>
+    <message>
+        <source>Trop d&apos;échecs : appelez le service</source>
+        <translation>Too many failures: call the service</translation>
+    </message>
+    <message>
+        <source>Calibrage échoué</source>
+        <translation>Calibration failed</translation>
+    </message>
+    <message>
+        <source>Calibrage arrêté</source>
+        <translation>Calibration stopped</translation>
+    </message>
+    <message>
+        <source>Calibrage réussi</source>
+        <translation>Calibration succeeded</translation>
+    </message>
+    <message>
+        <source>Pas de calibrage depuis l&apos;allumage</source>
+        <translation>No calibration since start-up</translation>
+    </message>
+    <message>
+        <source>Calibrage</source>
+        <translation>Calibration</translation>
+    </message>
+    <message>
+        <source>Arrêter le calibrage et quitter cet écran ?</source>
+        <translation>Stop the calibration and leave this screen?</translation>
+    </message>
+    <message>
+        <source>Arrêter et quitter</source>
+        <translation>Stop and leave</translation>
+    </message>
+    <message>
+        <source>Continuer le calibrage</source>
+        <translation>Go on with the calibration</translation>
+    </message>
+    <message>
+        <source>Date du dernier calibrage : inconnue</source>
+        <translation>Date of the last calibration: unknown</translation>
+    </message>
+    <message>
+        <source>Dernier calibrage : %1</source>
+        <translation>Last calibration: %1</translation>
+    </message>
+    <message>
+        <source>Essais restants : %1 sur %2</source>
+        <translation>Attempts left: %1 of %2</translation>
+    </message>
+    <message>
+        <source>%1 s. Ne déplacez pas l&apos;appareil.</source>
+        <translation>%1 s. Do not move the instrument.</translation>
+    </message>
+    <message>
+        <source>Posez l&apos;appareil obturateur fermé, loin de toute surface, puis démarrez.</source>
+        <translation>Put the instrument down with its shutter closed, away from any surface, then start.</translation>
+    </message>
+    <message>
+        <source>Démarrer le calibrage</source>
+        <translation>Start the calibration</translation>
+    </message>
+    <message>
+        <source>Arrêter</source>
+        <translation>Stop</translation>
+    </message>
+</context>
+<context>
+    <name>ConfirmDialog</name>
+    <message>
+        <source>Confirmer</source>
+        <translation>Confirm</translation>
+    </message>
+    <message>
+        <source>Annuler</source>
+        <translation>Cancel</translation>
+    </message>
+</context>
+<context>
+    <name>DiagnosticFiles</name>
+    <message>
+        <source>ce n&apos;est pas un diagnostic</source>
+        <translation>this is no diagnostic</translation>
+    </message>
+    <message>
+        <source>ligne %1, colonne %2 : %3</source>
+        <translation>line %1, column %2: %3</translation>
+    </message>
+</context>
+<context>
+    <name>DiagnosticScreen</name>
+    <message>
+        <source>Diagnostic</source>
+        <translation>Diagnostic</translation>
+    </message>
+    <message>
+        <source>Locaux et unités</source>
+        <translation>Rooms and units</translation>
+    </message>
+    <message>
+        <source>rien d&apos;enregistré encore</source>
+        <translation>nothing recorded yet</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n unité(s)</source>
+        <translation>
+            <numerusform>%n unit</numerusform>
+            <numerusform>%n units</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Contrôles de justesse</source>
+        <translation>Accuracy checks</translation>
+    </message>
+    <message>
+        <source>%1 : %2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>aucun fait</source>
+        <translation>none made</translation>
+    </message>
+    <message>
+        <source>Adresse ou lieu</source>
+        <translation>Address or place</translation>
+    </message>
+    <message>
+        <source>Dégradations du bâtiment</source>
+        <translation>Damage to the building</translation>
+    </message>
+    <message>
+        <source>Effondrement de plancher ou de plafond</source>
+        <translation>Collapse of a floor or ceiling</translation>
+    </message>
+    <message>
+        <source>Coulures ou ruissellements d&apos;eau</source>
+        <translation>Runs or trickling of water</translation>
+    </message>
+    <message>
+        <source>Humidité, moisissures</source>
+        <translation>Damp, mould</translation>
+    </message>
+</context>
+<context>
+    <name>DiagnosticsScreen</name>
+    <message>
+        <source>Diagnostics</source>
+        <translation>Diagnostics</translation>
+    </message>
+    <message>
+        <source>Place libre : %1</source>
+        <translation>Free space: %1</translation>
+    </message>
+    <message>
+        <source>Nouveau</source>
+        <translation>New</translation>
+    </message>
+    <message>
+        <source>Fichier endommagé</source>
+        <translation>Damaged file</translation>
+    </message>
+    <message>
+        <source>« %1 » n&apos;est pas lisible en entier (%2). Ouvrir ce qui peut l&apos;être ? L&apos;original est gardé à côté.</source>
+        <translation>“%1” cannot be read completely (%2). Open what can be? The original is kept beside it.</translation>
+    </message>
+    <message>
+        <source>Ouvrir ce qui est lisible</source>
+        <translation>Open what can be read</translation>
+    </message>
+    <message>
+        <source>Supprimer le diagnostic</source>
+        <translation>Delete the diagnostic</translation>
+    </message>
+    <message>
+        <source>« %1 » sera effacé de l&apos;instrument. Il ne pourra pas être retrouvé.</source>
+        <translation>“%1” will be erased from the instrument. It cannot be brought back.</translation>
+    </message>
+    <message>
+        <source>Supprimer</source>
+        <translation>Delete</translation>
+    </message>
+    <message>
+        <source>« %1 » n&apos;a pas pu être supprimé.</source>
+        <translation>“%1” could not be deleted.</translation>
+    </message>
+    <message>
+        <source>« %1 » est supprimé.</source>
+        <translation>“%1” is deleted.</translation>
+    </message>
+    <message>
+        <source>Aucun diagnostic. Créez le premier avec « Nouveau ».</source>
+        <translation>No diagnostic. Make the first with “New”.</translation>
+    </message>
+    <message>
+        <source>Endommagé : %1</source>
+        <translation>Damaged: %1</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n unité(s)</source>
+        <translation>
+            <numerusform>%n unit</numerusform>
+            <numerusform>%n units</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Supprimer « %1 »</source>
+        <translation>Delete “%1”</translation>
+    </message>
+</context>
+<context>
+    <name>DirectScreen</name>
+    <message>
+        <source>Mesures directes</source>
+        <translation>Direct measures</translation>
+    </message>
+    <message>
+        <source>Réglages de mesure</source>
+        <translation>Measure settings</translation>
+    </message>
+    <message>
+        <source>Pas encore de mesure.</source>
+        <translation>No measure yet.</translation>
+    </message>
+</context>
+<context>
+    <name>HoldOffScreen</name>
+    <message>
+        <source>L&apos;instrument se met en condition</source>
+        <translation>The instrument is settling</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n seconde(s)</source>
+        <translation>
+            <numerusform>%n second</numerusform>
+            <numerusform>%n seconds</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>encore un instant</source>
+        <translation>a moment more</translation>
+    </message>
+    <message>
+        <source>Attente au démarrage</source>
+        <translation>Hold-off at start-up</translation>
+    </message>
+    <message>
+        <source>Posez l&apos;appareil, n&apos;actionnez pas la détente.</source>
+        <translation>Put the instrument down, leave the trigger alone.</translation>
+    </message>
+</context>
+<context>
+    <name>HomeScreen</name>
+    <message>
+        <source>Que faire ?</source>
+        <translation>What next?</translation>
+    </message>
+    <message>
+        <source>Affichage de jour</source>
+        <translation>Day display</translation>
+    </message>
+    <message>
+        <source>Affichage de nuit</source>
+        <translation>Night display</translation>
+    </message>
+    <message>
+        <source>Diagnostics</source>
+        <translation>Diagnostics</translation>
+    </message>
+    <message>
+        <source>Mesures directes</source>
+        <translation>Direct measures</translation>
+    </message>
+    <message>
+        <source>Contrôle de justesse</source>
+        <translation>Accuracy check</translation>
+    </message>
+    <message>
+        <source>Calibrage</source>
+        <translation>Calibration</translation>
+    </message>
+    <message>
+        <source>Chocs</source>
+        <translation>Shocks</translation>
+    </message>
+    <message>
+        <source>Service</source>
+        <translation>Service</translation>
+    </message>
+    <message>
+        <source>Diagnostic ouvert</source>
+        <translation>Open diagnostic</translation>
+    </message>
+    <message>
+        <source>Diagnostic ouvert · %1</source>
+        <translation>Open diagnostic · %1</translation>
+    </message>
+</context>
+<context>
+    <name>LocalisationCross</name>
+    <message>
+        <source>Position : %1</source>
+        <translation>Position: %1</translation>
+    </message>
+</context>
+<context>
+    <name>LogScreen</name>
+    <message>
+        <source>Journal</source>
+        <translation>Log</translation>
+    </message>
+    <message>
+        <source>à partir de %1</source>
+        <comment>a level of the log</comment>
+        <translation>from %1 on</translation>
+    </message>
+    <message>
+        <source>rien</source>
+        <translation>nothing</translation>
+    </message>
+    <message>
+        <source>Noter moins</source>
+        <translation>Log less</translation>
+    </message>
+    <message>
+        <source>Noter plus</source>
+        <translation>Log more</translation>
+    </message>
+    <message>
+        <source>Lignes qui contiennent…</source>
+        <translation>Lines that contain…</translation>
+    </message>
+    <message>
+        <source>Aucune ligne.</source>
+        <translation>No line.</translation>
+    </message>
+</context>
+<context>
+    <name>Main</name>
+    <message>
+        <source>Analyseur</source>
+        <translation>Analyser</translation>
+    </message>
+</context>
+<context>
+    <name>MeasureBar</name>
+    <message>
+        <source>%1 plus ou moins %2, seuil %3</source>
+        <translation>%1 plus or minus %2, threshold %3</translation>
+    </message>
+    <message>
+        <source>référence %1 ± %2</source>
+        <translation>reference %1 ± %2</translation>
+    </message>
+    <message>
+        <source>seuil %1</source>
+        <translation>threshold %1</translation>
+    </message>
+</context>
+<context>
+    <name>MeasureFace</name>
+    <message>
+        <source>%1 : %2, %3 plus ou moins %4</source>
+        <translation>%1: %2, %3 plus or minus %4</translation>
+    </message>
+    <message>
+        <source>± %1 mg/cm²</source>
+        <translation>± %1 mg/cm²</translation>
+    </message>
+</context>
+<context>
+    <name>MeasureRow</name>
+    <message>
+        <source>Mesure %1 · n° %2</source>
+        <translation>Measure %1 · no. %2</translation>
+    </message>
+    <message>
+        <source>Mesure %1</source>
+        <translation>Measure %1</translation>
+    </message>
+    <message>
+        <source>%1 · en cours</source>
+        <translation>%1 · running</translation>
+    </message>
+</context>
+<context>
+    <name>MeasureScreen</name>
+    <message>
+        <source>Mesure %1</source>
+        <translation>Measure %1</translation>
+    </message>
+    <message>
+        <source>n° %1 du service d&apos;analyse</source>
+        <translation>no. %1 of the analysis service</translation>
+    </message>
+    <message>
+        <source>Résultat</source>
+        <translation>Result</translation>
+    </message>
+    <message>
+        <source>Où sur l&apos;élément ?</source>
+        <translation>Where on the element?</translation>
+    </message>
+    <message>
+        <source>Nature de la dégradation</source>
+        <translation>Kind of degradation</translation>
+    </message>
+    <message>
+        <source>État de conservation</source>
+        <translation>State of conservation</translation>
+    </message>
+    <message>
+        <source>rien de noté</source>
+        <translation>nothing noted</translation>
+    </message>
+</context>
+<context>
+    <name>MeasuringScreen</name>
+    <message>
+        <source>Mesure en cours</source>
+        <translation>Measuring</translation>
+    </message>
+    <message>
+        <source>L&apos;instrument ne répond pas. Quitter quand même ? La mesure est abandonnée.</source>
+        <translation>The instrument does not answer. Leave all the same? The measure is given up.</translation>
+    </message>
+    <message>
+        <source>Relâchez la détente pour terminer la mesure, ou interrompez-la : elle sera sans résultat.</source>
+        <translation>Release the trigger to end the measure, or break it off: it will have no result.</translation>
+    </message>
+    <message>
+        <source>Quitter quand même</source>
+        <translation>Leave all the same</translation>
+    </message>
+    <message>
+        <source>Interrompre et quitter</source>
+        <translation>Break off and leave</translation>
+    </message>
+    <message>
+        <source>Continuer la mesure</source>
+        <translation>Go on measuring</translation>
+    </message>
+</context>
+<context>
+    <name>NewDiagnosticScreen</name>
+    <message>
+        <source>Nouveau diagnostic</source>
+        <translation>New diagnostic</translation>
+    </message>
+    <message>
+        <source>Un diagnostic porte déjà ce nom.</source>
+        <translation>A diagnostic has this name already.</translation>
+    </message>
+    <message>
+        <source>Le fichier ne peut pas être écrit. Vérifiez la place libre.</source>
+        <translation>The file cannot be written. Check the free space.</translation>
+    </message>
+    <message>
+        <source>Nom du diagnostic</source>
+        <translation>Name of the diagnostic</translation>
+    </message>
+    <message>
+        <source>Adresse ou lieu</source>
+        <translation>Address or place</translation>
+    </message>
+    <message>
+        <source>Créer le diagnostic</source>
+        <translation>Make the diagnostic</translation>
+    </message>
+</context>
+<context>
+    <name>PickScreen</name>
+    <message>
+        <source>« %1 » n&apos;a pas pu être gardé pour la prochaine fois.</source>
+        <translation>“%1” could not be kept for the next time.</translation>
+    </message>
+    <message>
+        <source>Chercher ou ajouter</source>
+        <translation>Search or add</translation>
+    </message>
+    <message>
+        <source>Chercher</source>
+        <translation>Search</translation>
+    </message>
+    <message>
+        <source>Cette liste est vide.</source>
+        <translation>This list is empty.</translation>
+    </message>
+    <message>
+        <source>Rien ne correspond à « %1 ».</source>
+        <translation>Nothing matches “%1”.</translation>
+    </message>
+    <message>
+        <source>Ajouter « %1 »</source>
+        <translation>Add “%1”</translation>
+    </message>
+    <message>
+        <source>Ne rien noter</source>
+        <translation>Note nothing</translation>
+    </message>
+    <message>
+        <source>ajouté sur l&apos;instrument</source>
+        <translation>added on the instrument</translation>
+    </message>
+</context>
+<context>
+    <name>PinScreen</name>
+    <message>
+        <source>Code d&apos;accès</source>
+        <translation>Access code</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n chiffre(s) sur cinq</source>
+        <translation>
+            <numerusform>%n digit of five</numerusform>
+            <numerusform>%n digits of five</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Saisie bloquée : patientez cinq secondes.</source>
+        <translation>Entry locked: wait for five seconds.</translation>
+    </message>
+    <message>
+        <source>Tapez vos cinq chiffres.</source>
+        <translation>Type your five digits.</translation>
+    </message>
+    <message>
+        <source>Code refusé. Essais restants : %1</source>
+        <translation>Code refused. Attempts left: %1</translation>
+    </message>
+    <message>
+        <source>Tout effacer</source>
+        <translation>Clear all</translation>
+    </message>
+    <message>
+        <source>Effacer le dernier chiffre</source>
+        <translation>Clear the last digit</translation>
+    </message>
+</context>
+<context>
+    <name>RoomsScreen</name>
+    <message>
+        <source>Locaux</source>
+        <translation>Rooms</translation>
+    </message>
+    <message>
+        <source>Local</source>
+        <translation>Room</translation>
+    </message>
+    <message>
+        <source>Choisir un local</source>
+        <translation>Choose a room</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n unité(s)</source>
+        <translation>
+            <numerusform>%n unit</numerusform>
+            <numerusform>%n units</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 à mesurer</source>
+        <translation>%1 to measure</translation>
+    </message>
+    <message>
+        <source>Aucun local encore. Ajoutez le premier avec « Local ».</source>
+        <translation>No room yet. Add the first with “Room”.</translation>
+    </message>
+    <message>
+        <source>%1 pos.</source>
+        <comment>positive units of a room</comment>
+        <translation>%1 pos.</translation>
+    </message>
+</context>
+<context>
+    <name>Screen</name>
+    <message>
+        <source>Retour</source>
+        <translation>Back</translation>
+    </message>
+</context>
+<context>
+    <name>ServiceScreen</name>
+    <message>
+        <source>Service</source>
+        <translation>Service</translation>
+    </message>
+    <message>
+        <source>Appareil %1</source>
+        <translation>Instrument %1</translation>
+    </message>
+    <message>
+        <source>Numéro de série</source>
+        <translation>Serial number</translation>
+    </message>
+    <message>
+        <source>Numéro ASN</source>
+        <translation>ASN number</translation>
+    </message>
+    <message>
+        <source>Numéro VISA</source>
+        <translation>VISA number</translation>
+    </message>
+    <message>
+        <source>Bibliothèque</source>
+        <translation>Library</translation>
+    </message>
+    <message>
+        <source>MSP, micrologiciel</source>
+        <translation>MSP, firmware</translation>
+    </message>
+    <message>
+        <source>MSP, serveur</source>
+        <translation>MSP, server</translation>
+    </message>
+    <message>
+        <source>Lambrik</source>
+        <translation>Lambrik</translation>
+    </message>
+    <message>
+        <source>Marten</source>
+        <translation>Marten</translation>
+    </message>
+    <message>
+        <source>Application SAV</source>
+        <translation>Service application</translation>
+    </message>
+    <message>
+        <source>Fichier de configuration</source>
+        <translation>Configuration file</translation>
+    </message>
+    <message>
+        <source>Fin de la source</source>
+        <translation>End of the source</translation>
+    </message>
+    <message>
+        <source>Alerte avant la fin</source>
+        <translation>Warning before the end</translation>
+    </message>
+    <message>
+        <source>%1 mois</source>
+        <translation>%1 months</translation>
+    </message>
+    <message>
+        <source>Dernier calibrage</source>
+        <translation>Last calibration</translation>
+    </message>
+    <message>
+        <source>Fin de mesure à l&apos;allumage</source>
+        <translation>End of a measure at start-up</translation>
+    </message>
+    <message>
+        <source>Durée et nombre de mesures</source>
+        <translation>Time and number of measures</translation>
+    </message>
+    <message>
+        <source>%1 s, %2</source>
+        <translation>%1 s, %2</translation>
+    </message>
+    <message>
+        <source>Attente avant mesure</source>
+        <translation>Wait before a measure</translation>
+    </message>
+    <message>
+        <source>%1 ms</source>
+        <translation>%1 ms</translation>
+    </message>
+    <message>
+        <source>Bip, lampe</source>
+        <translation>Beep, light</translation>
+    </message>
+    <message>
+        <source>%1 s, %2 s</source>
+        <translation>%1 s, %2 s</translation>
+    </message>
+    <message>
+        <source>Durée maximale d&apos;une erreur</source>
+        <translation>Longest time of an error</translation>
+    </message>
+    <message>
+        <source>%1 s</source>
+        <translation>%1 s</translation>
+    </message>
+    <message>
+        <source>Répertoire</source>
+        <translation>Directory</translation>
+    </message>
+    <message>
+        <source>Ce fichier n&apos;a pas encore été écrit.</source>
+        <translation>This file has not been written yet.</translation>
+    </message>
+    <message>
+        <source>Éteindre</source>
+        <translation>Shut down</translation>
+    </message>
+    <message>
+        <source>Éteindre l&apos;instrument ?</source>
+        <translation>Shut the instrument down?</translation>
+    </message>
+    <message>
+        <source>« %1 » est enregistré, puis l&apos;instrument s&apos;éteint.</source>
+        <translation>“%1” is saved, then the instrument shuts down.</translation>
+    </message>
+    <message>
+        <source>Effacer les fichiers de mesure</source>
+        <translation>Erase the measure files</translation>
+    </message>
+    <message>
+        <source>Tous les diagnostics, l&apos;historique des chocs et les journaux de l&apos;instrument seront effacés.</source>
+        <translation>All diagnostics, the history of shocks and the logs of the instrument will be erased.</translation>
+    </message>
+    <message>
+        <source>Tout effacer</source>
+        <translation>Clear all</translation>
+    </message>
+    <message>
+        <source>Les fichiers de mesure sont effacés.</source>
+        <translation>The measure files are erased.</translation>
+    </message>
+    <message>
+        <source>Mot de passe du Wi-Fi</source>
+        <translation>Wi-Fi password</translation>
+    </message>
+    <message>
+        <source>toucher pour l&apos;afficher</source>
+        <translation>touch to show it</translation>
+    </message>
+    <message>
+        <source>Journal</source>
+        <translation>Log</translation>
+    </message>
+    <message>
+        <source>ce que l&apos;instrument note, ligne par ligne</source>
+        <translation>what the instrument notes, line by line</translation>
+    </message>
+    <message>
+        <source>Fichier d&apos;information</source>
+        <translation>Information file</translation>
+    </message>
+    <message>
+        <source>Interroger l&apos;instrument</source>
+        <translation>Ask the instrument</translation>
+    </message>
+    <message>
+        <source>Éteindre l&apos;instrument</source>
+        <translation>Shut the instrument down</translation>
+    </message>
+</context>
+<context>
+    <name>SettingsScreen</name>
+    <message>
+        <source>La mesure dure tant que la détente est pressée.</source>
+        <translation>The measure lasts while the trigger is held.</translation>
+    </message>
+    <message>
+        <source>La mesure s&apos;arrête dès que la décision est acquise.</source>
+        <translation>The measure ends as soon as there is a decision.</translation>
+    </message>
+    <message>
+        <source>La mesure dure le temps réglé.</source>
+        <translation>The measure lasts the time set.</translation>
+    </message>
+    <message>
+        <source>Réglages de mesure</source>
+        <translation>Measure settings</translation>
+    </message>
+    <message>
+        <source>Fin de la mesure</source>
+        <translation>End of a measure</translation>
+    </message>
+    <message>
+        <source>Durée d&apos;une mesure à durée fixe</source>
+        <translation>Length of a measure of fixed time</translation>
+    </message>
+    <message>
+        <source>s</source>
+        <translation>s</translation>
+    </message>
+    <message>
+        <source>Mesures négatives pour une unité négative</source>
+        <translation>Negative measures for a negative unit</translation>
+    </message>
+</context>
+<context>
+    <name>ShocksScreen</name>
+    <message>
+        <source>Chocs</source>
+        <translation>Shocks</translation>
+    </message>
+    <message>
+        <source>aucun choc enregistré</source>
+        <translation>no shock recorded</translation>
+    </message>
+    <message>
+        <source>dernier : %1</source>
+        <translation>last: %1</translation>
+    </message>
+    <message>
+        <source>Aucun choc enregistré.</source>
+        <translation>No shock recorded.</translation>
+    </message>
+    <message>
+        <source>date illisible</source>
+        <translation>unreadable date</translation>
+    </message>
+    <message>
+        <source>choc n° %1</source>
+        <translation>shock no. %1</translation>
+    </message>
+</context>
+<context>
+    <name>ShotPanel</name>
+    <message>
+        <source>Obturateur ouvert</source>
+        <translation>Shutter open</translation>
+    </message>
+    <message>
+        <source>La mesure s&apos;établit</source>
+        <translation>The measure settles</translation>
+    </message>
+    <message>
+        <source>Mesure en cours</source>
+        <translation>Measuring</translation>
+    </message>
+    <message>
+        <source>Mesure terminée</source>
+        <translation>Measure done</translation>
+    </message>
+    <message>
+        <source>Prêt à mesurer</source>
+        <translation>Ready to measure</translation>
+    </message>
+    <message>
+        <source>En veille</source>
+        <translation>Standby</translation>
+    </message>
+    <message>
+        <source>Maintenez la détente et l&apos;appareil contre la surface.</source>
+        <translation>Hold the trigger, and the instrument against the surface.</translation>
+    </message>
+    <message>
+        <source>La décision est acquise : relâchez la détente.</source>
+        <translation>There is a decision: release the trigger.</translation>
+    </message>
+    <message>
+        <source>Maintenez la détente jusqu&apos;à la décision.</source>
+        <translation>Hold the trigger until there is a decision.</translation>
+    </message>
+    <message>
+        <source>Maintenez : la mesure dure %1 s.</source>
+        <translation>Hold: the measure lasts %1 s.</translation>
+    </message>
+    <message>
+        <source>Maintenez : la mesure s&apos;arrête d&apos;elle-même.</source>
+        <translation>Hold: the measure ends by itself.</translation>
+    </message>
+    <message>
+        <source>Relâchez la détente. Pressez-la pour une nouvelle mesure.</source>
+        <translation>Release the trigger. Press it for a new measure.</translation>
+    </message>
+    <message>
+        <source>Relâchez la détente. L&apos;unité a son résultat.</source>
+        <translation>Release the trigger. The unit has its result.</translation>
+    </message>
+    <message>
+        <source>L&apos;instrument n&apos;est pas prêt : attendez avant de mesurer.</source>
+        <translation>The instrument is not ready: wait before measuring.</translation>
+    </message>
+    <message>
+        <source>Appliquez l&apos;appareil, pressez la détente et maintenez-la.</source>
+        <translation>Apply the instrument, press the trigger and hold it.</translation>
+    </message>
+    <message>
+        <source>La détente est sans effet.</source>
+        <translation>The trigger has no effect.</translation>
+    </message>
+    <message>
+        <source>%1 s</source>
+        <translation>%1 s</translation>
+    </message>
+</context>
+<context>
+    <name>StatusBar</name>
+    <message>
+        <source>État de l&apos;instrument</source>
+        <translation>State of the instrument</translation>
+    </message>
+    <message>
+        <source>Batterie : %1</source>
+        <translation>Battery: %1</translation>
+    </message>
+    <message>
+        <source>Prêt</source>
+        <translation>Ready</translation>
+    </message>
+    <message>
+        <source>Pas prêt</source>
+        <translation>Not ready</translation>
+    </message>
+    <message>
+        <source>%1 °C · %2 V</source>
+        <translation>%1 °C · %2 V</translation>
+    </message>
+    <message>
+        <source>Choc signalé : voir l&apos;historique</source>
+        <translation>Shock signalled: see the history</translation>
+    </message>
+    <message>
+        <source>Historique des chocs</source>
+        <translation>History of shocks</translation>
+    </message>
+    <message>
+        <source>Wi-Fi allumé : éteindre</source>
+        <translation>Wi-Fi on: switch off</translation>
+    </message>
+    <message>
+        <source>Wi-Fi éteint : allumer</source>
+        <translation>Wi-Fi off: switch on</translation>
+    </message>
+    <message>
+        <source>Wi-Fi allumé</source>
+        <translation>Wi-Fi on</translation>
+    </message>
+    <message>
+        <source>Wi-Fi éteint</source>
+        <translation>Wi-Fi off</translation>
+    </message>
+    <message>
+        <source>Lampe allumée : éteindre</source>
+        <translation>Light on: switch off</translation>
+    </message>
+    <message>
+        <source>Allumer la lampe</source>
+        <translation>Switch the light on</translation>
+    </message>
+    <message>
+        <source>Date et heure : %1</source>
+        <translation>Date and time: %1</translation>
+    </message>
+    <message numerus="yes">
+        <source>Source périmée : %n jour(s)</source>
+        <translation>
+            <numerusform>Source expired: %n day</numerusform>
+            <numerusform>Source expired: %n days</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Source : fin le %1</source>
+        <translation>Source: ends %1</translation>
+    </message>
+</context>
+<context>
+    <name>Stepper</name>
+    <message>
+        <source>%1 : un nombre de %2 à %3.</source>
+        <translation>%1: a number from %2 to %3.</translation>
+    </message>
+    <message>
+        <source>Moins : %1</source>
+        <translation>Less: %1</translation>
+    </message>
+    <message>
+        <source>Plus : %1</source>
+        <translation>More: %1</translation>
+    </message>
+</context>
+<context>
+    <name>UnitScreen</name>
+    <message>
+        <source>%1 · unité n° %2</source>
+        <translation>%1 · unit no. %2</translation>
+    </message>
+    <message>
+        <source>Zone</source>
+        <translation>Zone</translation>
+    </message>
+    <message>
+        <source>Zone précédente</source>
+        <translation>Zone before</translation>
+    </message>
+    <message>
+        <source>Zone %1</source>
+        <translation>Zone %1</translation>
+    </message>
+    <message>
+        <source>Zone d&apos;après</source>
+        <translation>Zone after</translation>
+    </message>
+    <message>
+        <source>Élément à choisir</source>
+        <translation>Element to choose</translation>
+    </message>
+    <message>
+        <source>Élément</source>
+        <translation>Element</translation>
+    </message>
+    <message>
+        <source>Substrat à choisir</source>
+        <translation>Substrate to choose</translation>
+    </message>
+    <message>
+        <source>Substrat</source>
+        <translation>Substrate</translation>
+    </message>
+    <message>
+        <source>Revêtement à choisir</source>
+        <translation>Coating to choose</translation>
+    </message>
+    <message>
+        <source>Revêtement</source>
+        <translation>Coating</translation>
+    </message>
+    <message>
+        <source>Observation</source>
+        <translation>Observation</translation>
+    </message>
+    <message>
+        <source>Mesures de l&apos;unité</source>
+        <translation>Measures of the unit</translation>
+    </message>
+    <message>
+        <source>Pas encore de mesure.</source>
+        <translation>No measure yet.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n mesure(s), la dernière en bas</source>
+        <translation>
+            <numerusform>%n measure</numerusform>
+            <numerusform>%n measures, the last at the bottom</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Non mesurée</source>
+        <translation>Not measured</translation>
+    </message>
+    <message>
+        <source>Supprimer l&apos;unité</source>
+        <translation>Delete the unit</translation>
+    </message>
+    <message>
+        <source>Remesurer</source>
+        <translation>Measure again</translation>
+    </message>
+    <message>
+        <source>Zone suivante</source>
+        <translation>Next zone</translation>
+    </message>
+    <message>
+        <source>Pourquoi cette unité n&apos;est-elle pas mesurée ?</source>
+        <translation>Why is this unit not measured?</translation>
+    </message>
+    <message>
+        <source>L&apos;unité ne peut pas être mesurée</source>
+        <translation>The unit cannot be measured</translation>
+    </message>
+    <message>
+        <source>Le local n&apos;a pas été visité</source>
+        <translation>The room was not visited</translation>
+    </message>
+    <message>
+        <source>Raison : non mesurée</source>
+        <translation>Reason: not measured</translation>
+    </message>
+    <message>
+        <source>Raison : non visité</source>
+        <translation>Reason: not visited</translation>
+    </message>
+    <message>
+        <source>L&apos;unité et ses mesures seront effacées du diagnostic.</source>
+        <translation>The unit and its measures will be erased from the diagnostic.</translation>
+    </message>
+    <message>
+        <source>Supprimer</source>
+        <translation>Delete</translation>
+    </message>
+</context>
+<context>
+    <name>UnitsScreen</name>
+    <message numerus="yes">
+        <source>%n unité(s)</source>
+        <translation>
+            <numerusform>%n unit</numerusform>
+            <numerusform>%n units</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Unité</source>
+        <translation>Unit</translation>
+    </message>
+    <message>
+        <source>Aucune unité dans ce local. Ajoutez la première avec « Unité ».</source>
+        <translation>No unit in this room. Add the first with “Unit”.</translation>
+    </message>
+    <message>
+        <source>Unités de %1</source>
+        <translation>Units of %1</translation>
+    </message>
+</context>
+<context>
+    <name>Words</name>
+    <message>
+        <source>fr_FR</source>
+        <comment>locale of numbers</comment>
+        <translation>en_GB</translation>
+    </message>
+    <message>
+        <source>Positive</source>
+        <translation>Positive</translation>
+    </message>
+    <message>
+        <source>Négative</source>
+        <translation>Negative</translation>
+    </message>
+    <message>
+        <source>Indéterminée</source>
+        <translation>Undetermined</translation>
+    </message>
+    <message>
+        <source>Mesure trop courte</source>
+        <translation>Measure too short</translation>
+    </message>
+    <message>
+        <source>Trop loin de la surface</source>
+        <translation>Too far from the surface</translation>
+    </message>
+    <message>
+        <source>Confirmée</source>
+        <translation>Confirmed</translation>
+    </message>
+    <message>
+        <source>Non confirmée</source>
+        <translation>Not confirmed</translation>
+    </message>
+    <message>
+        <source>Non calibrée</source>
+        <translation>Not calibrated</translation>
+    </message>
+    <message>
+        <source>Pas de décision</source>
+        <translation>No decision</translation>
+    </message>
+    <message>
+        <source>Non mesurée</source>
+        <translation>Not measured</translation>
+    </message>
+    <message>
+        <source>À mesurer</source>
+        <translation>To measure</translation>
+    </message>
+    <message>
+        <source>Gauche</source>
+        <translation>Left</translation>
+    </message>
+    <message>
+        <source>Haut</source>
+        <translation>Top</translation>
+    </message>
+    <message>
+        <source>Centre</source>
+        <translation>Centre</translation>
+    </message>
+    <message>
+        <source>Bas</source>
+        <translation>Bottom</translation>
+    </message>
+    <message>
+        <source>Droite</source>
+        <translation>Right</translation>
+    </message>
+    <message>
+        <source>Position non précisée</source>
+        <translation>No position given</translation>
+    </message>
+    <message>
+        <source>Non visible</source>
+        <translation>Not visible</translation>
+    </message>
+    <message>
+        <source>État d&apos;usage</source>
+        <translation>Worn</translation>
+    </message>
+    <message>
+        <source>Dégradé</source>
+        <translation>Degraded</translation>
+    </message>
+    <message>
+        <source>Non dégradé</source>
+        <translation>Not degraded</translation>
+    </message>
+    <message>
+        <source>À la détente</source>
+        <translation>By the trigger</translation>
+    </message>
+    <message>
+        <source>Durée fixe</source>
+        <translation>Fixed time</translation>
+    </message>
+    <message>
+        <source>Automatique</source>
+        <translation>Automatic</translation>
+    </message>
+    <message>
+        <source>Libre</source>
+        <translation>Free</translation>
+    </message>
+    <message>
+        <source>Début</source>
+        <translation>Initial</translation>
+    </message>
+    <message>
+        <source>Reprise</source>
+        <translation>Interrupt</translation>
+    </message>
+    <message>
+        <source>Fin</source>
+        <translation>Final</translation>
+    </message>
+    <message>
+        <source>Vide</source>
+        <translation>Empty</translation>
+    </message>
+    <message>
+        <source>Très faible</source>
+        <translation>Very low</translation>
+    </message>
+    <message>
+        <source>Faible</source>
+        <translation>Low</translation>
+    </message>
+    <message>
+        <source>Bonne</source>
+        <translation>Good</translation>
+    </message>
+    <message>
+        <source>Pleine</source>
+        <translation>Full</translation>
+    </message>
+    <message>
+        <source>Inconnue</source>
+        <translation>Unknown</translation>
+    </message>
+    <message>
+        <source>Zone %1 · %2</source>
+        <translation>Zone %1 · %2</translation>
+    </message>
+    <message>
+        <source>élément à choisir</source>
+        <translation>element to choose</translation>
+    </message>
+    <message>
+        <source>inconnue</source>
+        <translation>unknown</translation>
+    </message>
+    <message>
+        <source>%1 ko</source>
+        <translation>%1 kB</translation>
+    </message>
+    <message>
+        <source>%1 Mo</source>
+        <translation>%1 MB</translation>
+    </message>
+    <message>
+        <source>%1 Go</source>
+        <translation>%1 GB</translation>
+    </message>
+    <message>
+        <source>Donnez un nom au diagnostic.</source>
+        <translation>Give the diagnostic a name.</translation>
+    </message>
+    <message>
+        <source>Le nom ne peut pas contenir « / ».</source>
+        <translation>The name cannot contain “/”.</translation>
+    </message>
+    <message>
+        <source>Le nom ne peut pas commencer par un point.</source>
+        <translation>The name cannot begin with a full stop.</translation>
+    </message>
+    <message>
+        <source>Le nom est trop long.</source>
+        <translation>The name is too long.</translation>
+    </message>
+</context>
+</TS>

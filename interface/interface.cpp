@@ -1,0 +1,137 @@
+// SPDX-FileCopyrightText: 2026 Halvar Controller contributors
+// SPDX-License-Identifier: Apache-2.0
+#include "interface.h"
+
+#include <QFont>
+#include <QGuiApplication>
+#include <QQmlContext>
+#include <QQuickStyle>
+#include <QQuickWindow>
+
+#include <QsLog.h>
+
+#include <battery.h>
+#include <calibration.h>
+#include <config.h>
+#include <database.h>
+#include <date.h>
+#include <enums.h>
+#include <halvar-error.h>
+#include <halvarcontroller.h>
+#include <measurelistmodel.h>
+#include <pin.h>
+#include <proxylocallistmodel.h>
+#include <shocklistmodel.h>
+#include <udlistmodel.h>
+
+// Outside any namespace, as the macro wants it.
+static void loadResources()
+{
+    Q_INIT_RESOURCE(interface);
+}
+
+namespace {
+
+void toLog(QtMsgType type, const QMessageLogContext &, const QString &message)
+{
+    switch (type) {
+    case QtDebugMsg:
+        QLOG_DEBUG() << qUtf8Printable(message);
+        break;
+    case QtInfoMsg:
+        QLOG_INFO() << qUtf8Printable(message);
+        break;
+    case QtWarningMsg:
+        QLOG_WARN() << qUtf8Printable(message);
+        break;
+    case QtCriticalMsg:
+    case QtFatalMsg:
+        QLOG_ERROR() << qUtf8Printable(message);
+        break;
+    }
+}
+
+void declareEnumerations()
+{
+    AccuracyStageEnumClass::declareQML();
+    AcquisitionModeEnumClass::declareQML();
+    BatteryLevelsEnumClass::declareQML();
+    BranchModeEnumClass::declareQML();
+    CalibrationEnumClass::declareQML();
+    DegradationStateEnumClass::declareQML();
+    DetectionDecisionEnumClass::declareQML();
+    LocalisationEnumClass::declareQML();
+    MeasureModeEnumClass::declareQML();
+    UDStatutEnumClass::declareQML();
+}
+
+} // namespace
+
+void Interface::prepare()
+{
+    qInstallMessageHandler(toLog);
+    loadResources();
+    declareEnumerations();
+    // The service page shows the information file as it stands.
+    qputenv("QML_XHR_ALLOW_FILE_READ", "1");
+    QQuickStyle::setStyle(QStringLiteral(":/halvar/HalvarStyle"));
+    QFont font(QStringLiteral("Inter"));
+    font.setPixelSize(17);
+    QGuiApplication::setFont(font);
+}
+
+Interface::Interface(HalvarController &controller, Config &config, Database &database, const QLocale &locale)
+    : m_files(controller.property("home").toString())
+{
+    if (m_translator.load(locale, QStringLiteral("halvar"), QStringLiteral("_"),
+                          QStringLiteral(":/halvar/i18n")))
+        QCoreApplication::installTranslator(&m_translator);
+
+    const QVariantList accuracies{QVariant::fromValue<QObject *>(controller.accuracyLive),
+                                  QVariant::fromValue<QObject *>(controller.accuracyInit),
+                                  QVariant::fromValue<QObject *>(controller.accuracyInterrupt),
+                                  QVariant::fromValue<QObject *>(controller.accuracyFinal)};
+    QQmlContext *context = m_engine.rootContext();
+    context->setContextProperties({
+        {QStringLiteral("controller"), QVariant::fromValue<QObject *>(&controller)},
+        {QStringLiteral("uds"), QVariant::fromValue<QObject *>(controller.uds)},
+        {QStringLiteral("directMeasures"), QVariant::fromValue<QObject *>(controller.directMeasures)},
+        {QStringLiteral("pin"), QVariant::fromValue<QObject *>(controller.pin)},
+        {QStringLiteral("battery"), QVariant::fromValue<QObject *>(controller.battery)},
+        {QStringLiteral("date"), QVariant::fromValue<QObject *>(controller.date)},
+        {QStringLiteral("error"), QVariant::fromValue<QObject *>(controller.error)},
+        {QStringLiteral("calibration"), QVariant::fromValue<QObject *>(controller.calibration)},
+        {QStringLiteral("accuracyMeasures"), accuracies},
+        {QStringLiteral("config"), QVariant::fromValue<QObject *>(&config)},
+        {QStringLiteral("database"), QVariant::fromValue<QObject *>(&database)},
+        {QStringLiteral("rooms"), QVariant::fromValue<QObject *>(database.m_LocalItemsListModel)},
+        {QStringLiteral("elements"), QVariant::fromValue<QObject *>(database.m_ElementItemsListModel)},
+        {QStringLiteral("substrates"), QVariant::fromValue<QObject *>(database.m_SubstratItemsListModel)},
+        {QStringLiteral("coatings"), QVariant::fromValue<QObject *>(database.m_RevetementItemsListModel)},
+        {QStringLiteral("reasonsNotVisited"),
+         QVariant::fromValue<QObject *>(database.m_NonVisiteItemsListModel)},
+        {QStringLiteral("reasonsNotMeasured"),
+         QVariant::fromValue<QObject *>(database.m_NonMesureItemsListModel)},
+        {QStringLiteral("statesOfUse"), QVariant::fromValue<QObject *>(database.m_EtatUsageItemsListModel)},
+        {QStringLiteral("statesOfDegradation"),
+         QVariant::fromValue<QObject *>(database.m_EtatDegradeItemsListModel)},
+        {QStringLiteral("usedRooms"), QVariant::fromValue<QObject *>(controller.uds->localProxyModel())},
+        {QStringLiteral("shocks"),
+         QVariant::fromValue<QObject *>(controller.error->findChild<ShockListModel *>())},
+        {QStringLiteral("diagnosticFiles"), QVariant::fromValue<QObject *>(&m_files)},
+        {QStringLiteral("logLines"), QVariant::fromValue<QObject *>(&m_log)},
+    });
+    m_engine.addImportPath(QStringLiteral("qrc:/halvar"));
+}
+
+Interface::~Interface()
+{
+    QCoreApplication::removeTranslator(&m_translator);
+}
+
+QQuickWindow *Interface::load(const QVariantMap &properties)
+{
+    m_engine.setInitialProperties(properties);
+    m_engine.load(QUrl(QStringLiteral("qrc:/halvar/Main.qml")));
+    return qobject_cast<QQuickWindow *>(m_engine.rootObjects().value(0));
+}

@@ -1,0 +1,185 @@
+// SPDX-FileCopyrightText: 2026 Halvar Controller contributors
+// SPDX-License-Identifier: Apache-2.0
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+import Halvar 4.0
+import HalvarComponents 1.0
+import HalvarStyle 1.0
+
+// The accuracy check on the reference block: one for practice, and the three that a diagnostic keeps.
+Screen {
+    id: screen
+
+    readonly property real reference: config.Nist_InformationValue()
+    readonly property real precision: config.Nist_InformationPrecision()
+    readonly property bool running: Instrument.mode === AcquisitionModeEnumClass.ACCURACY
+    readonly property QtObject result: controller.currentAccuracy
+    property real elapsed: 0
+
+    title: qsTr("Contrôle de justesse")
+    subtitle: qsTr("Bloc de référence : %1 ± %2 mg/cm²").arg(Words.concentration(reference))
+        .arg(Words.concentration(precision))
+
+    function mayLeave() {
+        if (!running)
+            return true;
+        leaveDialog.open();
+        return false;
+    }
+    function start() {
+        elapsed = 0;
+        controller.startAccuracyCheck();
+        Instrument.refresh();
+    }
+    function stop() {
+        controller.stopAccuracyCheck();
+        Instrument.refresh();
+        Nav.say(qsTr("Contrôle arrêté, sans résultat."));
+    }
+
+    onRunningChanged: {
+        // What the diagnostic keeps is in its file at once.
+        if (!running)
+            controller.saveFile();
+    }
+    Timer {
+        interval: 100
+        repeat: true
+        running: screen.running
+        onTriggered: screen.elapsed += 0.1
+    }
+    ConfirmDialog {
+        id: leaveDialog
+        title: qsTr("Contrôle en cours")
+        question: qsTr("Arrêter le contrôle de justesse et quitter cet écran ?")
+        yes: qsTr("Arrêter et quitter")
+        no: qsTr("Continuer le contrôle")
+        onAccepted: {
+            screen.stop();
+            Nav.leave();
+        }
+    }
+
+    Sheet {
+        anchors.fill: parent
+
+        Card {
+            width: parent.width
+
+            Item {
+                width: parent.width
+                height: Math.max(stageName.implicitHeight, verdict.implicitHeight)
+                Column {
+                    id: stageName
+                    Caption { text: qsTr("Contrôle : %1").arg(Words.accuracyStage(controller.accuracyStage)) }
+                    Text {
+                        text: screen.result && screen.result.sigma > 0
+                            ? qsTr("%1 ± %2").arg(Words.concentration(screen.result.concentration))
+                                  .arg(Words.concentration(screen.result.sigma)) : "–"
+                        color: Theme.text
+                        font { pixelSize: Theme.fontLarge; weight: Font.Bold }
+                    }
+                }
+                SignChip {
+                    id: verdict
+                    objectName: "verdict"
+                    anchors { right: parent.right; verticalCenter: parent.verticalCenter }
+                    visible: screen.result !== null && screen.result.idNAP >= 0
+                    large: true
+                    sign: screen.result ? Words.decisionSign(screen.result.detectionDecision) : ""
+                    word: screen.result ? Words.decision(screen.result.detectionDecision) : ""
+                    tint: screen.result ? Words.decisionColor(screen.result.detectionDecision) : Theme.neutral
+                }
+            }
+            MeasureBar {
+                width: parent.width
+                concentration: screen.result ? screen.result.concentration : 0
+                sigma: screen.result ? screen.result.sigma : 0
+                tint: screen.result ? Words.decisionColor(screen.result.detectionDecision) : Theme.neutral
+                threshold: screen.reference > 0 ? screen.reference : Words.threshold
+                precision: screen.precision
+            }
+            Body {
+                width: parent.width
+                text: {
+                    if (screen.running)
+                        return qsTr("Contrôle en cours : %1 s. Laissez l'appareil sur le bloc de référence.")
+                            .arg(Words.number(screen.elapsed, 0));
+                    return qsTr("Posez l'appareil sur le bloc de référence, puis démarrez.");
+                }
+            }
+            ProgressBar {
+                width: parent.width
+                visible: screen.running
+                indeterminate: true
+                Accessible.name: qsTr("Contrôle en cours")
+            }
+            SignButton {
+                objectName: "startAccuracy"
+                width: parent.width
+                visible: !screen.running
+                enabled: !Instrument.busy && screen.result !== null
+                highlighted: true
+                sign: "balance"
+                text: qsTr("Démarrer le contrôle")
+                onClicked: screen.start()
+            }
+            SignButton {
+                objectName: "stopAccuracy"
+                width: parent.width
+                visible: screen.running
+                sign: "cross"
+                text: qsTr("Arrêter")
+                onClicked: screen.stop()
+            }
+        }
+        Caption { text: qsTr("Quel contrôle ?") }
+        Grid {
+            id: stages
+            width: parent.width
+            columns: screen.wide ? 2 : 1
+            spacing: Theme.spacingSmall
+
+            Repeater {
+                model: accuracyMeasures
+                ListRow {
+                    id: stageRow
+                    readonly property bool chosen: controller.accuracyStage === index
+                    objectName: "stage" + index
+                    width: (stages.width - (stages.columns - 1) * stages.spacing) / stages.columns
+                    enabled: !screen.running
+                    chevron: false
+                    sign: chosen ? "check" : "open"
+                    heading: Words.accuracyStage(index)
+                    detail: {
+                        if (index === AccuracyStageEnumClass.ACCURACY_LIVE)
+                            return qsTr("hors diagnostic");
+                        return modelData.idNAP < 0 ? qsTr("pas encore fait")
+                                                   : qsTr("mesure n° %1").arg(modelData.idNAP);
+                    }
+                    onClicked: controller.accuracyStage = index
+
+                    Column {
+                        visible: modelData.idNAP >= 0
+                        SignChip {
+                            anchors.right: parent.right
+                            sign: Words.decisionSign(modelData.detectionDecision)
+                            word: Words.decision(modelData.detectionDecision)
+                            tint: Words.decisionColor(modelData.detectionDecision)
+                        }
+                        Text {
+                            anchors.right: parent.right
+                            text: modelData.sigma > 0 ? qsTr("%1 ± %2").arg(Words.concentration(modelData.concentration))
+                                                            .arg(Words.concentration(modelData.sigma)) : ""
+                            visible: text !== ""
+                            color: Theme.text
+                            font.pixelSize: Theme.fontSmall
+                        }
+                    }
+                }
+            }
+        }
+    }
+    // A fresh instrument shows no stage's result until one is chosen.
+    Component.onCompleted: controller.accuracyStage = controller.accuracyStage
+}

@@ -1,0 +1,106 @@
+// SPDX-FileCopyrightText: 2026 Halvar Controller contributors
+// SPDX-License-Identifier: Apache-2.0
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+import HalvarComponents 1.0
+import HalvarStyle 1.0
+
+// The diagnostics on the instrument.
+Screen {
+    id: screen
+
+    title: qsTr("Diagnostics")
+    subtitle: qsTr("Place libre : %1").arg(Words.size(diagnosticFiles.freeBytes))
+    actions: SignButton {
+        objectName: "newDiagnostic"
+        sign: "plus"
+        text: qsTr("Nouveau")
+        highlighted: true
+        onClicked: Nav.open("NewDiagnosticScreen")
+    }
+
+    function load(path, name) {
+        // What is open goes to its file first.
+        controller.saveFile();
+        controller.initFile();
+        controller.loadFile(path);
+        // A damaged file may end before it says what it is called.
+        if (controller.fileName === "")
+            controller.fileName = name;
+        Nav.open("DiagnosticScreen");
+    }
+
+    onShown: diagnosticFiles.refresh()
+    ConfirmDialog {
+        id: damagedDialog
+        property string path
+        property string name
+        property string problem
+        title: qsTr("Fichier endommagé")
+        question: qsTr("« %1 » n'est pas lisible en entier (%2). Ouvrir ce qui peut l'être ? L'original est gardé à côté.")
+            .arg(name).arg(problem)
+        yes: qsTr("Ouvrir ce qui est lisible")
+        onAccepted: screen.load(path, name)
+    }
+    ConfirmDialog {
+        id: removeDialog
+        property string path
+        property string name
+        title: qsTr("Supprimer le diagnostic")
+        question: qsTr("« %1 » sera effacé de l'instrument. Il ne pourra pas être retrouvé.").arg(name)
+        yes: qsTr("Supprimer")
+        onAccepted: {
+            controller.removeFile(path);
+            // Otherwise the next save would bring it back.
+            if (controller.fileName === name)
+                controller.initFile();
+            diagnosticFiles.refresh();
+            Nav.say(diagnosticFiles.contains(name) ? qsTr("« %1 » n'a pas pu être supprimé.").arg(name)
+                                                   : qsTr("« %1 » est supprimé.").arg(name));
+        }
+    }
+
+    Choices {
+        id: list
+        objectName: "diagnosticList"
+        anchors.fill: parent
+        model: diagnosticFiles
+        emptyText: qsTr("Aucun diagnostic. Créez le premier avec « Nouveau ».")
+        Accessible.name: screen.title
+
+        delegate: ListRow {
+            id: file
+            width: list.width - 2 * Theme.margin
+            sign: model.damaged ? "warning" : "document"
+            signColor: model.damaged ? Theme.alarm : Theme.primary
+            heading: model.name
+            detail: {
+                if (model.damaged)
+                    return qsTr("Endommagé : %1").arg(model.problem);
+                var units = qsTr("%n unité(s)", "", model.units);
+                return model.place === "" ? units : model.place + " · " + units;
+            }
+            onClicked: {
+                if (!model.damaged) {
+                    screen.load(model.path, model.name);
+                    return;
+                }
+                damagedDialog.path = model.path;
+                damagedDialog.name = model.name;
+                damagedDialog.problem = model.problem;
+                damagedDialog.open();
+            }
+
+            IconButton {
+                objectName: "remove"
+                sign: "bin"
+                text: qsTr("Supprimer « %1 »").arg(file.heading)
+                onClicked: {
+                    removeDialog.path = model.path;
+                    removeDialog.name = model.name;
+                    removeDialog.open();
+                }
+            }
+        }
+    }
+}

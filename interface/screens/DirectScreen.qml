@@ -1,0 +1,49 @@
+// SPDX-FileCopyrightText: 2026 Halvar Controller contributors
+// SPDX-License-Identifier: Apache-2.0
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+import Halvar 4.0
+import HalvarComponents 1.0
+import HalvarStyle 1.0
+
+// Measures outside any unit, the newest on top.
+MeasuringScreen {
+    id: screen
+
+    title: qsTr("Mesures directes")
+    subtitle: Words.measureMode(Instrument.measureMode)
+    actions: IconButton {
+        objectName: "measureSettings"
+        sign: "tune"
+        text: qsTr("Réglages de mesure")
+        enabled: !Instrument.busy
+        onClicked: Nav.open("SettingsScreen")
+    }
+
+    onShown: Instrument.measureDirect()
+    onHidden: Instrument.standby()
+    ShotPanel {
+        id: panel
+        x: Theme.margin
+        y: 4
+        width: parent.width - 2 * Theme.margin
+    }
+    Choices {
+        id: list
+        objectName: "directList"
+        anchors { top: panel.bottom; topMargin: Theme.spacingSmall; bottom: parent.bottom; left: parent.left; right: parent.right }
+        model: directMeasures
+        emptyText: qsTr("Pas encore de mesure.")
+        Accessible.name: qsTr("Mesures directes")
+
+        delegate: MeasureRow {
+            width: list.width - 2 * Theme.margin
+            number: list.count - index
+            live: Instrument.shooting && index === 0 && Instrument.measure !== null
+        }
+    }
+    Connections {
+        target: directMeasures
+        function onRowsInserted() { list.positionViewAtBeginning(); }
+    }
+}

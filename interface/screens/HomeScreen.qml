@@ -1,0 +1,84 @@
+// SPDX-FileCopyrightText: 2026 Halvar Controller contributors
+// SPDX-License-Identifier: Apache-2.0
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+import HalvarComponents 1.0
+import HalvarStyle 1.0
+
+// Where everything starts from.
+Screen {
+    id: screen
+
+    canGoBack: false
+    title: qsTr("Que faire ?")
+    actions: IconButton {
+        objectName: "themeButton"
+        sign: Theme.night ? "sun" : "moon"
+        text: Theme.night ? qsTr("Affichage de jour") : qsTr("Affichage de nuit")
+        onClicked: screen.ApplicationWindow.window.night = !Theme.night
+    }
+
+    readonly property var tiles: [
+        { name: "diagnostics", sign: "folder", text: qsTr("Diagnostics"), screen: "DiagnosticsScreen" },
+        { name: "direct", sign: "target", text: qsTr("Mesures directes"), screen: "DirectScreen" },
+        { name: "accuracy", sign: "balance", text: qsTr("Contrôle de justesse"), screen: "AccuracyScreen" },
+        { name: "calibration", sign: "tune", text: qsTr("Calibrage"), screen: "CalibrationScreen" },
+        { name: "shocks", sign: "shock", text: qsTr("Chocs"), screen: "ShocksScreen" },
+        { name: "service", sign: "wrench", text: qsTr("Service"), screen: "ServiceScreen" }
+    ]
+
+    Sheet {
+        id: sheet
+        anchors.fill: parent
+
+        ListRow {
+            id: opened
+            objectName: "openDiagnostic"
+            width: parent.width
+            visible: controller.fileName !== ""
+            sign: "document"
+            heading: controller.fileName
+            detail: controller.localization === "" ? qsTr("Diagnostic ouvert")
+                                                   : qsTr("Diagnostic ouvert · %1").arg(controller.localization)
+            onClicked: Nav.open("DiagnosticScreen")
+        }
+        Grid {
+            id: grid
+            width: parent.width
+            columns: screen.wide ? 3 : 2
+            readonly property int lines: Math.ceil(screen.tiles.length / columns)
+            spacing: Theme.spacing
+
+            Repeater {
+                model: screen.tiles
+                Button {
+                    id: tile
+                    objectName: "tile_" + modelData.name
+                    width: (grid.width - (grid.columns - 1) * grid.spacing) / grid.columns
+                    height: Math.max(104, Math.min(180, (sheet.height - 2 * Theme.spacing
+                        - (opened.visible ? opened.height + Theme.spacing : 0)) / grid.lines - grid.spacing))
+                    text: modelData.text
+                    onClicked: Nav.open(modelData.screen)
+
+                    contentItem: Item {
+                        Icon {
+                            id: tileIcon
+                            anchors { horizontalCenter: parent.horizontalCenter; verticalCenter: parent.verticalCenter; verticalCenterOffset: -18 }
+                            name: modelData.sign
+                            size: 44
+                            color: tile.ink
+                        }
+                        Text {
+                            anchors { top: tileIcon.bottom; topMargin: 8; left: parent.left; right: parent.right }
+                            text: tile.text
+                            font: tile.font
+                            color: tile.ink
+                            horizontalAlignment: Text.AlignHCenter
+                            wrapMode: Text.Wrap
+                        }
+                    }
+                }
+            }
+        }
+    }
+}

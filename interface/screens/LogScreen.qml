@@ -1,0 +1,90 @@
+// SPDX-FileCopyrightText: 2026 Halvar Controller contributors
+// SPDX-License-Identifier: Apache-2.0
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+import SortFilterProxyModel 0.1
+import HalvarComponents 1.0
+import HalvarStyle 1.0
+
+// The log while it is written.
+Screen {
+    id: screen
+
+    readonly property var levels: ["TRACE", "DEBUG", "INFO", "WARN", "ERROR", "FATAL"]
+
+    title: qsTr("Journal")
+    subtitle: qsTr("à partir de %1", "a level of the log").arg(levels[logLines.level] || qsTr("rien"))
+    actions: [
+        IconButton {
+            objectName: "lessLog"
+            sign: "minus"
+            text: qsTr("Noter moins")
+            enabled: logLines.level < screen.levels.length - 1
+            onClicked: ++logLines.level
+        },
+        IconButton {
+            objectName: "moreLog"
+            sign: "plus"
+            text: qsTr("Noter plus")
+            enabled: logLines.level > 0
+            onClicked: --logLines.level
+        }
+    ]
+
+    TextField {
+        id: search
+        objectName: "search"
+        anchors { top: parent.top; left: parent.left; right: parent.right; margins: Theme.margin; topMargin: 4 }
+        placeholderText: qsTr("Lignes qui contiennent…")
+        Accessible.name: placeholderText
+    }
+    SortFilterProxyModel {
+        id: proxy
+        sourceModel: logLines
+        filterRoleName: "text"
+        filterPatternSyntax: SortFilterProxyModel.FixedString
+        filterPattern: search.text
+    }
+    Choices {
+        id: list
+        objectName: "logList"
+        anchors { top: search.bottom; topMargin: Theme.spacingSmall; bottom: parent.bottom; left: parent.left; right: parent.right }
+        spacing: 0
+        model: proxy
+        emptyText: qsTr("Aucune ligne.")
+        Accessible.name: screen.title
+        // The end stays in sight unless somebody reads further up.
+        property bool following: true
+        onMovementEnded: following = atYEnd
+        onCountChanged: {
+            if (following)
+                positionViewAtEnd();
+        }
+
+        delegate: Item {
+            width: list.width - 2 * Theme.margin
+            height: line.implicitHeight + 8
+            Accessible.role: Accessible.ListItem
+            Accessible.name: line.text
+
+            Body {
+                id: line
+                y: 4
+                width: parent.width
+                text: model.time + " " + screen.levels[model.level] + " " + model.text
+                font.pixelSize: Theme.fontTiny
+                color: model.level >= 4 ? Theme.alarm : model.level === 3 ? Theme.undecided : Theme.text
+                wrapMode: Text.Wrap
+                maximumLineCount: 6
+                elide: Text.ElideRight
+            }
+            Rectangle {
+                anchors.bottom: parent.bottom
+                width: parent.width
+                height: 1
+                color: Theme.outline
+                opacity: 0.4
+            }
+        }
+    }
+}

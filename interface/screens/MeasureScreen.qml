@@ -1,0 +1,99 @@
+// SPDX-FileCopyrightText: 2026 Halvar Controller contributors
+// SPDX-License-Identifier: Apache-2.0
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+import Halvar 4.0
+import HalvarComponents 1.0
+import HalvarStyle 1.0
+
+// What the operator notes about one measure.
+Screen {
+    id: screen
+
+    property QtObject measure
+    property int number: 0
+
+    title: qsTr("Mesure %1").arg(number)
+    subtitle: measure && measure.idNAP >= 0 ? qsTr("n° %1 du service d'analyse").arg(measure.idNAP) : ""
+
+    // States of conservation go with the nature of the degradation.
+    readonly property var states: {
+        if (!measure)
+            return null;
+        if (measure.degradationState === DegradationStateEnumClass.ETAT_USAGE)
+            return statesOfUse;
+        if (measure.degradationState === DegradationStateEnumClass.DEGRADE)
+            return statesOfDegradation;
+        return null;
+    }
+    onHidden: controller.saveFile()
+
+    Sheet {
+        anchors.fill: parent
+
+        Card {
+            width: parent.width
+            MeasureFace {
+                width: parent.width
+                heading: qsTr("Résultat")
+                concentration: screen.measure ? screen.measure.concentration : 0
+                sigma: screen.measure ? screen.measure.sigma : 0
+                decision: screen.measure ? screen.measure.detectionDecision : DetectionDecisionEnumClass.NO_DECISION
+            }
+        }
+        Grid {
+            id: grid
+            width: parent.width
+            columns: screen.wide ? 2 : 1
+            columnSpacing: Theme.spacing
+            rowSpacing: Theme.spacing
+
+            Card {
+                width: (grid.width - (grid.columns - 1) * grid.columnSpacing) / grid.columns
+                Caption { text: qsTr("Où sur l'élément ?") }
+                LocalisationCross {
+                    anchors.horizontalCenter: parent.horizontalCenter
+                    value: screen.measure ? screen.measure.localisation : LocalisationEnumClass.NOT_DETERMINED
+                    onChosen: screen.measure.localisation = localisation
+                }
+            }
+            Card {
+                width: (grid.width - (grid.columns - 1) * grid.columnSpacing) / grid.columns
+                Caption { text: qsTr("Nature de la dégradation") }
+                Repeater {
+                    model: [DegradationStateEnumClass.NON_DEGRADE, DegradationStateEnumClass.NON_VISIBLE,
+                        DegradationStateEnumClass.ETAT_USAGE, DegradationStateEnumClass.DEGRADE]
+                    SignButton {
+                        readonly property bool chosen: screen.measure && screen.measure.degradationState === modelData
+                        objectName: "degradation" + modelData
+                        width: parent.width
+                        sign: chosen ? "check" : "open"
+                        highlighted: chosen
+                        text: Words.degradation(modelData)
+                        onClicked: {
+                            screen.measure.degradationState = modelData;
+                            if (!screen.states)
+                                screen.measure.conservationState = "";
+                        }
+                    }
+                }
+            }
+        }
+        ListRow {
+            objectName: "conservation"
+            width: parent.width
+            sign: "edit"
+            heading: qsTr("État de conservation")
+            detail: screen.measure && screen.measure.conservationState !== "" ? screen.measure.conservationState
+                                                                              : qsTr("rien de noté")
+            onClicked: Nav.open("PickScreen", {
+                title: qsTr("État de conservation"),
+                items: screen.states || statesOfUse,
+                allowNew: false,
+                allowNone: true,
+                current: screen.measure.conservationState,
+                picked: function(title) { screen.measure.conservationState = title; }
+            })
+        }
+    }
+}

@@ -1,0 +1,66 @@
+// SPDX-FileCopyrightText: 2026 Halvar Controller contributors
+// SPDX-License-Identifier: Apache-2.0
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+import Halvar 4.0
+import HalvarComponents 1.0
+import HalvarStyle 1.0
+
+// How a measure ends, how long it lasts, and how many make a unit's result.
+Screen {
+    id: screen
+
+    readonly property var modes: [
+        { mode: MeasureModeEnumClass.TRIGGER, sign: "hand", text: qsTr("La mesure dure tant que la détente est pressée.") },
+        { mode: MeasureModeEnumClass.AUTO, sign: "refresh", text: qsTr("La mesure s'arrête dès que la décision est acquise.") },
+        { mode: MeasureModeEnumClass.DEFINED, sign: "pulse", text: qsTr("La mesure dure le temps réglé.") }
+    ]
+
+    title: qsTr("Réglages de mesure")
+
+    Sheet {
+        anchors.fill: parent
+
+        Caption { text: qsTr("Fin de la mesure") }
+        Repeater {
+            model: screen.modes
+            ListRow {
+                objectName: "mode" + modelData.mode
+                width: parent.width
+                enabled: !Instrument.busy
+                chevron: false
+                sign: modelData.sign
+                heading: Words.measureMode(modelData.mode)
+                detail: modelData.text
+                onClicked: Instrument.setMeasureMode(modelData.mode)
+
+                Icon {
+                    visible: Instrument.measureMode === modelData.mode
+                    name: "check"
+                    size: 28
+                    color: Theme.negative
+                }
+            }
+        }
+        Stepper {
+            objectName: "measureTime"
+            width: parent.width
+            name: qsTr("Durée d'une mesure à durée fixe")
+            unit: qsTr("s")
+            from: 1
+            to: 120
+            value: controller.measureTime
+            enabled: !Instrument.busy
+            onChosen: controller.measureTime = number
+        }
+        Stepper {
+            objectName: "nbMeasures"
+            width: parent.width
+            name: qsTr("Mesures négatives pour une unité négative")
+            from: 1
+            to: 20
+            value: controller.nbMeasures
+            onChosen: controller.nbMeasures = number
+        }
+    }
+}

@@ -1,0 +1,41 @@
+// SPDX-FileCopyrightText: 2026 Halvar Controller contributors
+// SPDX-License-Identifier: Apache-2.0
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+import SortFilterProxyModel 0.1
+import HalvarComponents 1.0
+import HalvarStyle 1.0
+
+// Every shock that the instrument has had, the newest on top.
+Screen {
+    id: screen
+
+    title: qsTr("Chocs")
+    subtitle: error.lastShock === "" ? qsTr("aucun choc enregistré") : qsTr("dernier : %1").arg(error.lastShock)
+
+    SortFilterProxyModel {
+        id: newestFirst
+        sourceModel: shocks
+        sortRoleName: "dateTime"
+        sortOrder: Qt.DescendingOrder
+    }
+    // lastShock is read again at each shock.
+    Choices {
+        id: list
+        objectName: "shockList"
+        anchors.fill: parent
+        model: newestFirst
+        emptyText: qsTr("Aucun choc enregistré.")
+        Accessible.name: screen.title
+
+        delegate: ListRow {
+            width: list.width - 2 * Theme.margin
+            chevron: false
+            sign: "shock"
+            signColor: Theme.undecided
+            heading: isNaN(model.dateTime) ? qsTr("date illisible")
+                                           : Qt.formatDateTime(model.dateTime, "dd-MM-yyyy HH:mm:ss")
+            detail: qsTr("choc n° %1").arg(newestFirst.findOriginalModelIndex(index) + 1)
+        }
+    }
+}

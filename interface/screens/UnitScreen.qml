@@ -1,0 +1,304 @@
+// SPDX-FileCopyrightText: 2026 Halvar Controller contributors
+// SPDX-License-Identifier: Apache-2.0
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+import Halvar 4.0
+import HalvarComponents 1.0
+import HalvarStyle 1.0
+
+// One unit: what it is, how it stands, and its measures. The trigger is live as long as the unit wants a result.
+MeasuringScreen {
+    id: screen
+
+    property int row: -1
+    property bool fresh: false
+    property QtObject unit: uds.get(row)
+    readonly property int statut: unit ? unit.statut : UDStatutEnumClass.RAW
+
+    title: unit ? Words.unitTitle(unit.zone, unit.element) : ""
+    subtitle: unit ? (unit.identifier > 0 ? qsTr("%1 · unité n° %2").arg(unit.local).arg(unit.identifier) : unit.local) : ""
+    actions: SignChip {
+        objectName: "statut"
+        large: true
+        sign: Words.statutSign(screen.statut)
+        word: Words.statut(screen.statut)
+        tint: Words.statutColor(screen.statut)
+    }
+
+    function pick(title, items, kind, property) {
+        Nav.open("PickScreen", {
+            title: title,
+            items: items,
+            kind: kind,
+            current: unit[property],
+            picked: function(chosen) {
+                screen.unit[property] = chosen;
+                controller.saveFile();
+            }
+        });
+    }
+    function skip(reasons, title) {
+        Nav.open("PickScreen", {
+            title: title,
+            items: reasons,
+            allowNew: false,
+            picked: function(reason) {
+                screen.unit.statut = UDStatutEnumClass.SKIPPED;
+                screen.unit.observation = reason;
+                Instrument.enable(false);
+                controller.saveFile();
+            }
+        });
+    }
+    function nextZone() {
+        uds.add(row);
+        var added = uds.getLast();
+        added.identifier = uds.count;
+        controller.saveFile();
+        // In place of this one: the way back leads to the room.
+        Nav.stack.replace(screen, Nav.urlOf("UnitScreen"), { row: uds.count - 1, fresh: true }, StackView.Immediate);
+    }
+
+    onShown: {
+        controller.editionMode = !screen.fresh;
+        Instrument.measureUnit(screen.row);
+    }
+    onHidden: {
+        controller.editionMode = false;
+        Instrument.standby();
+        controller.saveFile();
+    }
+
+    Component {
+        id: form
+
+        Column {
+            spacing: Theme.spacingSmall
+            bottomPadding: Theme.spacingSmall
+
+            Rectangle {
+                width: parent.width
+                height: Theme.touch + 12
+                radius: Theme.radius
+                color: Theme.surface
+                border.color: Theme.outline
+                Body {
+                    anchors { left: parent.left; leftMargin: Theme.margin; verticalCenter: parent.verticalCenter }
+                    text: qsTr("Zone")
+                }
+                Row {
+                    anchors { right: parent.right; rightMargin: Theme.spacingSmall; verticalCenter: parent.verticalCenter }
+                    IconButton {
+                        objectName: "zoneBefore"
+                        sign: "back"
+                        text: qsTr("Zone précédente")
+                        enabled: screen.unit !== null && Words.zone(screen.unit.zone) > "A" && !Instrument.shooting
+                        onClicked: screen.shiftZone(-1)
+                    }
+                    Text {
+                        objectName: "zone"
+                        width: 48
+                        height: Theme.touch
+                        horizontalAlignment: Text.AlignHCenter
+                        verticalAlignment: Text.AlignVCenter
+                        text: screen.unit ? Words.zone(screen.unit.zone) : ""
+                        color: Theme.text
+                        font { pixelSize: Theme.fontHuge; weight: Font.Bold }
+                        Accessible.role: Accessible.StaticText
+                        Accessible.name: qsTr("Zone %1").arg(text)
+                    }
+                    IconButton {
+                        objectName: "zoneAfter"
+                        sign: "next"
+                        text: qsTr("Zone d'après")
+                        enabled: screen.unit !== null && Words.zone(screen.unit.zone) < "Z" && !Instrument.shooting
+                        onClicked: screen.shiftZone(1)
+                    }
+                }
+            }
+            ListRow {
+                objectName: "element"
+                width: parent.width
+                picture: screen.unit ? elements.findImageFromTitle(screen.unit.element) : ""
+                sign: "picture"
+                heading: screen.unit && screen.unit.element !== "" ? screen.unit.element : qsTr("Élément à choisir")
+                detail: qsTr("Élément")
+                onClicked: screen.pick(qsTr("Élément"), elements, "elements", "element")
+            }
+            ListRow {
+                objectName: "substrate"
+                width: parent.width
+                picture: screen.unit ? substrates.findImageFromTitle(screen.unit.substrat) : ""
+                sign: "picture"
+                heading: screen.unit && screen.unit.substrat !== "" ? screen.unit.substrat : qsTr("Substrat à choisir")
+                detail: qsTr("Substrat")
+                onClicked: screen.pick(qsTr("Substrat"), substrates, "substrats", "substrat")
+            }
+            ListRow {
+                objectName: "coating"
+                width: parent.width
+                picture: screen.unit ? coatings.findImageFromTitle(screen.unit.revetement) : ""
+                sign: "picture"
+                heading: screen.unit && screen.unit.revetement !== "" ? screen.unit.revetement : qsTr("Revêtement à choisir")
+                detail: qsTr("Revêtement")
+                onClicked: screen.pick(qsTr("Revêtement"), coatings, "revetements", "revetement")
+            }
+            TextField {
+                objectName: "observation"
+                width: parent.width
+                placeholderText: qsTr("Observation")
+                text: screen.unit ? screen.unit.observation : ""
+                Accessible.name: qsTr("Observation")
+                onEditingFinished: {
+                    if (screen.unit)
+                        screen.unit.observation = text;
+                }
+            }
+        }
+    }
+
+    function shiftZone(step) {
+        unit.zone = typeof unit.zone === "number" ? unit.zone + step
+                                                  : String.fromCharCode(unit.zone.charCodeAt(0) + step);
+        controller.saveFile();
+    }
+
+    Item {
+        id: left
+        anchors { top: parent.top; bottom: bottomBar.top; left: parent.left }
+        width: screen.wide ? Math.round(parent.width * 0.45) : 0
+        visible: screen.wide
+
+        Sheet {
+            anchors.fill: parent
+            Loader {
+                width: parent.width
+                active: screen.wide
+                sourceComponent: form
+            }
+        }
+    }
+    ShotPanel {
+        id: panel
+        x: left.width + Theme.margin - (screen.wide ? Theme.spacing : 0)
+        y: 4
+        width: parent.width - x - Theme.margin
+    }
+    Choices {
+        id: list
+        objectName: "measureList"
+        anchors { top: panel.bottom; topMargin: Theme.spacingSmall; bottom: bottomBar.top; left: left.right; right: parent.right }
+        leftMargin: screen.wide ? 2 : Theme.margin
+        model: screen.unit ? screen.unit.measures : null
+        Accessible.name: qsTr("Mesures de l'unité")
+
+        readonly property real inner: width - leftMargin - rightMargin
+
+        header: Column {
+            width: list.inner
+            bottomPadding: Theme.spacingSmall
+            spacing: Theme.spacingSmall
+
+            Loader {
+                width: parent.width
+                active: !screen.wide
+                visible: active
+                sourceComponent: form
+            }
+            Caption {
+                width: parent.width
+                text: list.count === 0 ? qsTr("Pas encore de mesure.")
+                                       : qsTr("%n mesure(s), la dernière en bas", "", list.count)
+            }
+        }
+        delegate: MeasureRow {
+            width: list.inner
+            number: index + 1
+            live: Instrument.shooting && Instrument.measure !== null && index === list.count - 1
+        }
+        // Once the new one has its height.
+        onCountChanged: Qt.callLater(positionViewAtEnd)
+        onHeightChanged: {
+            if (count > 0)
+                Qt.callLater(positionViewAtEnd);
+        }
+    }
+    Item {
+        id: bottomBar
+        anchors { bottom: parent.bottom; left: parent.left; right: parent.right }
+        height: Theme.touch + 2 * Theme.spacingSmall
+
+        Row {
+            x: Theme.margin
+            y: Theme.spacingSmall
+            spacing: Theme.spacingSmall
+
+            // What takes one of the two wide places depends on the statut.
+            readonly property real half: (bottomBar.width - 2 * Theme.margin - 2 * spacing
+                                          - (removeButton.visible ? removeButton.width : -spacing)) / 2
+
+            SignButton {
+                objectName: "skip"
+                width: parent.half
+                visible: screen.statut === UDStatutEnumClass.RAW
+                enabled: !Instrument.shooting
+                sign: "skip"
+                text: qsTr("Non mesurée")
+                onClicked: skipDialog.open()
+            }
+            IconButton {
+                id: removeButton
+                objectName: "removeUnit"
+                visible: screen.statut !== UDStatutEnumClass.RAW
+                enabled: !Instrument.shooting
+                sign: "bin"
+                text: qsTr("Supprimer l'unité")
+                onClicked: removeDialog.open()
+            }
+            SignButton {
+                objectName: "again"
+                width: parent.half
+                visible: screen.statut !== UDStatutEnumClass.RAW
+                enabled: !Instrument.shooting && !Instrument.armed
+                sign: "refresh"
+                text: qsTr("Remesurer")
+                onClicked: {
+                    // A unit that was left out is to be measured after all.
+                    if (screen.unit.statut === UDStatutEnumClass.SKIPPED)
+                        screen.unit.statut = UDStatutEnumClass.RAW;
+                    Instrument.enable(true);
+                }
+            }
+            SignButton {
+                objectName: "nextZone"
+                width: parent.half
+                enabled: !Instrument.shooting
+                highlighted: screen.statut !== UDStatutEnumClass.RAW
+                sign: "next"
+                text: qsTr("Zone suivante")
+                onClicked: screen.nextZone()
+            }
+        }
+    }
+    ConfirmDialog {
+        id: skipDialog
+        title: qsTr("Non mesurée")
+        question: qsTr("Pourquoi cette unité n'est-elle pas mesurée ?")
+        yes: qsTr("L'unité ne peut pas être mesurée")
+        other: qsTr("Le local n'a pas été visité")
+        onAccepted: screen.skip(reasonsNotMeasured, qsTr("Raison : non mesurée"))
+        onOtherChosen: screen.skip(reasonsNotVisited, qsTr("Raison : non visité"))
+    }
+    ConfirmDialog {
+        id: removeDialog
+        title: qsTr("Supprimer l'unité")
+        question: qsTr("L'unité et ses mesures seront effacées du diagnostic.")
+        yes: qsTr("Supprimer")
+        onAccepted: {
+            var gone = screen.row;
+            Nav.leave();
+            uds.remove(gone);
+            controller.saveFile();
+        }
+    }
+}

@@ -1,0 +1,61 @@
+// SPDX-FileCopyrightText: 2026 Halvar Controller contributors
+// SPDX-License-Identifier: Apache-2.0
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+import SortFilterProxyModel 0.1
+import HalvarComponents 1.0
+import HalvarStyle 1.0
+
+// The units of one room.
+Screen {
+    id: screen
+
+    property string room
+
+    title: room
+    subtitle: qsTr("%n unité(s)", "", list.count)
+    actions: SignButton {
+        objectName: "addUnit"
+        sign: "plus"
+        text: qsTr("Unité")
+        highlighted: true
+        onClicked: {
+            uds.add(-1);
+            var unit = uds.getLast();
+            unit.local = screen.room;
+            unit.identifier = uds.count;
+            Nav.open("UnitScreen", { row: uds.count - 1, fresh: true });
+        }
+    }
+
+    SortFilterProxyModel {
+        id: proxy
+        sourceModel: uds
+        filterRoleName: "local"
+        filterValue: screen.room
+    }
+    Choices {
+        id: list
+        objectName: "unitList"
+        anchors.fill: parent
+        model: proxy
+        emptyText: qsTr("Aucune unité dans ce local. Ajoutez la première avec « Unité ».")
+        Accessible.name: qsTr("Unités de %1").arg(screen.room)
+
+        delegate: ListRow {
+            width: list.width - 2 * Theme.margin
+            picture: elements.findImageFromTitle(model.element)
+            sign: "picture"
+            heading: Words.unitTitle(model.zone, model.element)
+            detail: [model.substrat, model.revetement].filter(function(part) { return part !== ""; }).join(" · ")
+            onClicked: Nav.open("UnitScreen", { row: proxy.findOriginalModelIndex(index) })
+
+            SignChip {
+                readonly property int statut: model.statut
+                sign: Words.statutSign(statut)
+                word: Words.statut(statut)
+                tint: Words.statutColor(statut)
+            }
+        }
+    }
+}
