@@ -68,7 +68,12 @@ int tour(const QString &home, const QString &out)
         });
     }).run();
     QTextStream(stdout)
-        << QStringLiteral("%1 pictures of %2 states are in %3\n").arg(pictures).arg(number).arg(out);
+        << QStringLiteral(
+               "halvar-tour: the diagnostic was recorded, saved and opened again; %1 pictures of %2 "
+               "states are in %3.\n")
+               .arg(pictures)
+               .arg(number)
+               .arg(out);
     return 0;
 }
 
@@ -93,7 +98,12 @@ int main(int argc, char *argv[])
     parser.addOptions({home, out});
     parser.process(application);
 
-    QsLogging::Logger::instance().addDestination(QsLogging::DestinationFactory::MakeDebugOutputDestination());
+    // On the way the level of the log is changed; here only what is wrong is of interest.
+    QsLogging::Logger::instance().addDestination(QsLogging::DestinationFactory::MakeFunctorDestination(
+        [](const QString &line, QsLogging::Level level) {
+            if (level >= QsLogging::WarnLevel)
+                QTextStream(stderr) << line << '\n';
+        }));
     QsLogging::Logger::instance().setLoggingLevel(QsLogging::WarnLevel);
     Interface::prepare();
     try {
