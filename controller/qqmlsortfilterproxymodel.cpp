@@ -189,8 +189,8 @@ int QQmlSortFilterProxyModel::findProxyModelIndex(int currentIndex) const
 
 bool QQmlSortFilterProxyModel::filterAcceptsRow(int sourceRow, const QModelIndex &sourceParent) const
 {
-    const QModelIndex source = sourceModel()->index(sourceRow, 0, sourceParent);
-    if (m_filterValue.isValid() && source.data(filterRole()) != m_filterValue)
+    const auto source = [&] { return sourceModel()->index(sourceRow, 0, sourceParent); };
+    if (m_filterValue.isValid() && source().data(filterRole()) != m_filterValue)
         return false;
     if (!QSortFilterProxyModel::filterAcceptsRow(sourceRow, sourceParent))
         return false;
@@ -198,7 +198,7 @@ bool QQmlSortFilterProxyModel::filterAcceptsRow(int sourceRow, const QModelIndex
         return true;
     bool failed = false;
     const QVariant result =
-        evaluate(m_filterScriptString, m_filterOrigin, m_filterExpression, {{sourceRow, source}}, failed);
+        evaluate(m_filterScriptString, m_filterOrigin, m_filterExpression, {{sourceRow, source()}}, failed);
     // A broken expression hides nothing: the operator must not lose sight of a unit because of it.
     return failed || result.toBool();
 }
