@@ -1,8 +1,12 @@
 // SPDX-FileCopyrightText: 2026 Halvar Controller contributors
 // SPDX-License-Identifier: Apache-2.0
 //
-// The list of items beside a model written by hand for the same values, and Qt's general one.
+// The list of items beside a model written by hand for the same values, and Qt's general ones.
 #include <QCoreApplication>
+#include <QJSValue>
+#include <QMetaProperty>
+#include <QQmlComponent>
+#include <QQmlEngine>
 #include <QStandardItemModel>
 
 #include <functional>
@@ -75,6 +79,63 @@ struct Standard
     using Row = QStandardItem *;
 };
 
+/// QML's own list, whose rows are made from JavaScript objects.
+struct QmlList
+{
+    using Row = QJSValue;
+    struct Model
+    {
+        Model()
+        {
+            QQmlComponent component(&engine());
+            component.setData("import QtQml.Models 2.2\nListModel {}", QUrl());
+            list.reset(qobject_cast<QAbstractItemModel *>(component.create()));
+            if (!list)
+                qFatal("%s", qPrintable(component.errorString()));
+            QQmlEngine::setObjectOwnership(list.get(), QQmlEngine::CppOwnership);
+            self = engine().newQObject(list.get());
+            append = self.property(QStringLiteral("append"));
+        }
+        operator QAbstractItemModel &() { return *list; }
+        int rowCount() const { return list->rowCount(); }
+        std::unique_ptr<QAbstractItemModel> list;
+        QJSValue self;
+        QJSValue append;
+    };
+
+    static QQmlEngine &engine()
+    {
+        static QQmlEngine engine;
+        return engine;
+    }
+    static void prepare(std::vector<QJSValue> &rows, int count)
+    {
+        for (int row = 0; row < count; ++row) {
+            const BenchItem item{BenchItem::Values(row)};
+            rows.push_back(engine().newObject());
+            for (int i = 0; i < item.metaObject()->propertyCount(); ++i) {
+                const QMetaProperty property = item.metaObject()->property(i);
+                const QVariant value = property.read(&item);
+                rows.back().setProperty(QString::fromLatin1(property.name()),
+                                        value.userType() == QMetaType::QString ? QJSValue(value.toString())
+                                            : value.userType() == QMetaType::Bool
+                                            ? QJSValue(value.toBool())
+                                            : QJSValue(value.toDouble()));
+            }
+        }
+    }
+    static void append(Model &model, const QJSValue &row)
+    {
+        model.append.callWithInstance(model.self, {row});
+    }
+    static void change(Model &model, int row, int rank)
+    {
+        static const QString name = QStringLiteral("rank");
+        QMetaObject::invokeMethod(model.list.get(), "setProperty", Q_ARG(int, row), Q_ARG(QString, name),
+                                  Q_ARG(QVariant, rank));
+    }
+};
+
 void deleteWhatIsDue()
 {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
@@ -142,8 +203,9 @@ void change(benchmark::State &state, double place)
     auto &model = shared<Kind>(int(state.range(0)));
     const int row = int(place * (model.rowCount() - 1));
     qint64 received = 0;
+    QAbstractItemModel &sender = model;
     const auto connection =
-        QObject::connect(&model, &QAbstractItemModel::dataChanged, &model,
+        QObject::connect(&sender, &QAbstractItemModel::dataChanged, &sender,
                          [&received](const QModelIndex &from) { received += from.row() + 1; });
     const qint64 before = received;
     static int rank = 0;
@@ -216,6 +278,7 @@ void bareSignal(benchmark::State &state)
 }
 
 const std::vector<int> sizes{100, 1000, 10000, 100000};
+const std::vector<std::pair<const char *, double>> places{{"first", 0.0}, {"middle", 0.5}, {"last", 1.0}};
 
 // Rows whose every iteration builds the model anew get as many iterations as make up the time.
 void registerEach(const std::string &what, const std::string &variant,
@@ -229,17 +292,22 @@ void registerEach(const std::string &what, const std::string &variant,
 }
 
 template <class Kind>
-void registerModel(const std::string &variant)
+void registerChangeAndAppend(const std::string &variant)
 {
     registerEach("list, append a row", variant, append<Kind>, true);
-    registerEach("list, read a role", variant, readAll<Kind>, false);
-    for (const auto &[name, place] :
-         {std::pair("first", 0.0), std::pair("middle", 0.5), std::pair("last", 1.0)}) {
+    for (const auto &[name, place] : places) {
         const double where = place;
         registerEach(
             std::string("list, change in the ") + name + " row", variant,
             [where](benchmark::State &state) { change<Kind>(state, where); }, false);
     }
+}
+
+template <class Kind>
+void registerModel(const std::string &variant)
+{
+    registerChangeAndAppend<Kind>(variant);
+    registerEach("list, read a role", variant, readAll<Kind>, false);
     registerEach("list, remove the first row", variant, removeFirst<Kind>, true);
     registerEach("list, clear, a row", variant, clear<Kind>, true);
 }
@@ -249,7 +317,8 @@ const bool registered = [] {
     registerModel<Library>("library");
     registerModel<HandWritten>("hand-written");
     registerModel<Standard>("QStandardItemModel");
-    for (const char *name : {"first", "middle", "last"})
+    registerChangeAndAppend<QmlList>("QML ListModel");
+    for (const auto &[name, place] : places)
         registerEach(std::string("list, change in the ") + name + " row", "bare signal", bareSignal, false);
 
     goal("list, append a row", "hand-written", 6.0);
