@@ -5,7 +5,6 @@
 #include <QMetaMethod>
 
 #include <array>
-#include <utility>
 
 /// The receiver of a few items. It has no meta-object of its own: its methods exist only as the numbers
 /// that its connections call, one for each item.
@@ -74,19 +73,6 @@ private:
     std::size_t m_used = 0;
 };
 
-ItemWatch::Delivery::Delivery(ItemWatch &watch, Entry &signalled, int signalIndex)
-    : entry(signalled)
-    , signal(signalIndex)
-    , m_watch(&watch)
-    , m_outer(std::exchange(watch.m_delivery, this))
-{ }
-
-ItemWatch::Delivery::~Delivery()
-{
-    if (m_watch)
-        m_watch->m_delivery = m_outer;
-}
-
 ItemWatch::ItemWatch(Listener &listener)
     : m_listener(listener)
 { }
@@ -127,11 +113,6 @@ void ItemWatch::dereference(QObject *item)
     m_entries.remove(item);
     entry->relay->disconnectFrom(*entry);
     release(*entry);
-}
-
-const ItemWatch::Delivery *ItemWatch::takeDelivery()
-{
-    return m_delivery && !std::exchange(m_delivery->m_taken, true) ? m_delivery : nullptr;
 }
 
 void ItemWatch::signalled(Entry &entry, int signal)

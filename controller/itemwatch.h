@@ -6,6 +6,8 @@
 #include <QHash>
 #include <QObject>
 
+#include <utility>
+
 #include "halvar-export.h"
 
 class ItemRelay;
@@ -48,11 +50,20 @@ public:
     };
 
     /// Marks a notification as being delivered, for a slot that has no arguments to say so.
-    class HALVAR_EXPORT Delivery
+    class Delivery
     {
     public:
-        Delivery(ItemWatch &watch, Entry &entry, int signal);
-        ~Delivery();
+        Delivery(ItemWatch &watch, Entry &signalled, int signalIndex)
+            : entry(signalled)
+            , signal(signalIndex)
+            , m_watch(&watch)
+            , m_outer(std::exchange(watch.m_delivery, this))
+        { }
+        ~Delivery()
+        {
+            if (m_watch)
+                m_watch->m_delivery = m_outer;
+        }
         Entry &entry;
         const int signal;
 
@@ -75,7 +86,10 @@ public:
     Entry *find(const QObject *item) const { return m_entries.value(item, nullptr); }
 
     /// The notification being delivered, once; null when there is none or it was taken.
-    const Delivery *takeDelivery();
+    const Delivery *takeDelivery()
+    {
+        return m_delivery && !std::exchange(m_delivery->m_taken, true) ? m_delivery : nullptr;
+    }
 
 private:
     friend class ItemRelay;

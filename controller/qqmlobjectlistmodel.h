@@ -308,14 +308,15 @@ private:
     }
     void reportChange(ItemType *item, int row, int signal)
     {
-        QVector<int> roles = itemRoles().changedRoles(signal);
-        if (row < 0 || roles.isEmpty())
+        const QVector<int> &changedRoles = itemRoles().changedRoles(signal);
+        if (row < 0 || changedRoles.isEmpty())
             return;
         const QModelIndex changed = createIndex(row, 0);
         if (m_dispRoleName.isEmpty() && m_uidRoleName.isEmpty()) {
-            emit dataChanged(changed, changed, roles);
+            emit dataChanged(changed, changed, changedRoles);
             return;
         }
+        QVector<int> roles = changedRoles;
         const QByteArray name = m_roles.value(roles.first());
         if (name == m_dispRoleName)
             roles.append(Qt::DisplayRole);
