@@ -58,6 +58,9 @@ private slots:
     void nestedEmissions_areReportedEachWithItsSignal();
     void itemDereferencedWhileReporting_isSilentFromThenOn();
     void itemDeletedWhileReporting_isForgotten();
+    void otherItemDeletedWhileReporting_isReportedAtOnce();
+    void allItemsDereferencedWhileReporting_isSurvived();
+    void ends_makeRoomAgain();
     void watchDeletedWhileReporting_isSurvived();
     void itemTakingAFreedPlaceWhileReporting_isNotMistaken();
     void watchGone_leavesItemsWithoutConnections();
@@ -242,6 +245,65 @@ void TstItemWatch::itemDeletedWhileReporting_isForgotten()
     QCOMPARE(recorder.lines,
              QStringList({QStringLiteral("a greeted"), QStringLiteral("destroyed, held by 1 at 0")}));
     QVERIFY(!watch.find(item));
+}
+
+void TstItemWatch::otherItemDeletedWhileReporting_isReportedAtOnce()
+{
+    Recorder recorder;
+    ItemWatch watch(recorder);
+    const auto a = named("a");
+    auto b = named("b");
+    watch.reference(a.get(), 0);
+    watch.reference(b.get(), 1);
+    recorder.during = [&] {
+        recorder.during = nullptr;
+        b.reset();
+        a->setLeft(1);
+    };
+    a->setRank(1);
+    QCOMPARE(recorder.lines,
+             QStringList({QStringLiteral("a rankChanged"), QStringLiteral("destroyed, held by 1 at 1"),
+                          QStringLiteral("a sidesChanged")}));
+}
+
+void TstItemWatch::allItemsDereferencedWhileReporting_isSurvived()
+{
+    Recorder recorder;
+    ItemWatch watch(recorder);
+    std::vector<std::unique_ptr<ListItem>> items;
+    for (uint i = 0; i < 10; ++i) {
+        items.push_back(named("a"));
+        watch.reference(items.back().get(), i);
+    }
+    recorder.during = [&] {
+        recorder.during = nullptr;
+        for (const auto &item : items)
+            watch.dereference(item.get());
+        items.at(3)->setRank(7);
+        watch.reference(items.at(2).get(), 0);
+    };
+    items.at(1)->setRank(1); // its receiver is gone before this returns
+    for (const auto &item : items)
+        item->setRank(2);
+    QCOMPARE(recorder.lines, QStringList({QStringLiteral("a rankChanged"), QStringLiteral("a rankChanged")}));
+}
+
+void TstItemWatch::ends_makeRoomAgain()
+{
+    Recorder recorder;
+    ItemWatch watch(recorder);
+    auto first = named("first");
+    auto second = named("second");
+    const ItemRelay *receiver = watch.reference(first.get(), 0).relay;
+    for (int i = 0; i < 20; ++i) {
+        QCOMPARE(watch.reference(second.get(), 0).relay, receiver);
+        first = named("first");
+        second.reset();
+        second = named("second");
+        QCOMPARE(watch.reference(first.get(), 0).relay, receiver);
+        if (i % 2)
+            watch.dereference(first.get());
+    }
 }
 
 void TstItemWatch::watchDeletedWhileReporting_isSurvived()
