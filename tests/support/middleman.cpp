@@ -53,6 +53,7 @@ struct Pair : QObject
     std::array<QByteArray, 2> pending;
     std::array<QByteArray, 2> held;
     std::array<bool, 2> closed{};
+    std::array<QByteArray, 2> dripping; ///< what is still to come byte by byte
 };
 
 class Middleman::Worker : public QObject
@@ -163,6 +164,13 @@ private:
             pass(pair, direction, frame);
         }
     }
+    void drip(Pair *pair, Direction direction)
+    {
+        say(pair, direction, pair->dripping[direction].left(1));
+        pair->dripping[direction].remove(0, 1);
+        if (!pair->dripping[direction].isEmpty())
+            QTimer::singleShot(plan.milliseconds, Qt::PreciseTimer, pair, [=] { drip(pair, direction); });
+    }
     void say(Pair *pair, Direction direction, const QByteArray &bytes)
     {
         if (pair->closed[direction] || !pair->into[direction]->isOpen())
@@ -174,6 +182,10 @@ private:
     {
         const bool spoils = plan.fault != Nothing && direction == plan.direction && seen++ >= plan.skipped
             && (plan.count < 0 || spoiled < plan.count);
+        if (!spoils && !pair->dripping[direction].isEmpty()) {
+            pair->dripping[direction] += frame;
+            return;
+        }
         if (!spoils) {
             say(pair, direction, frame + std::exchange(pair->held[direction], QByteArray()));
             return;
@@ -218,10 +230,9 @@ private:
             say(pair, direction, chance(200));
             break;
         case Drip:
-            for (int i = 0; i < frame.size(); ++i) {
-                QTimer::singleShot((i + 1) * plan.milliseconds, Qt::PreciseTimer, pair,
-                                   [=] { say(pair, direction, frame.mid(i, 1)); });
-            }
+            pair->dripping[direction] += frame;
+            if (pair->dripping[direction].size() == frame.size())
+                drip(pair, direction);
             break;
         case Announce:
             say(pair, direction, QByteArray::fromHex("7fffffff") + chance(1000));

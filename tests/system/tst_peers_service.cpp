@@ -6,19 +6,15 @@
 
 #include <tessel/tessel.h>
 
-#include "middleman.h"
-#include "processwatch.h"
+#include "peers.h"
 
 using Mode = AcquisitionModeEnumClass;
-
-Q_DECLARE_METATYPE(Middleman::Plan)
 
 namespace {
 
 constexpr quint16 LibrarysPort = 3555;
 constexpr quint16 ServicesPort = 4555;
 constexpr int CallLimitMs = 100;
-constexpr int SlackMs = 1500; // a busy machine's
 
 } // namespace
 
@@ -58,29 +54,12 @@ void TstPeersService::cleanup()
 
 void TstPeersService::spoiledCalls_holdUpNobodyForLong_data()
 {
-    QTest::addColumn<Middleman::Plan>("plan");
-    QTest::addColumn<bool>("breaks");
-    for (const auto direction : {Middleman::ToServer, Middleman::ToClient}) {
-        for (int fault = Middleman::Delay; fault <= Middleman::Announce; ++fault) {
-            Middleman::Plan plan;
-            plan.fault = static_cast<Middleman::Fault>(fault);
-            plan.direction = direction;
-            plan.milliseconds = plan.fault == Middleman::Drip ? 1 : 60;
-            // A link that ends, or speaks no frames, while an answer is awaited is broken for good: whether
-            // the service has carried out what it was asked cannot be known. What is only late is not.
-            const bool breaks = plan.fault == Middleman::Cut || plan.fault == Middleman::HalfClose
-                || plan.fault == Middleman::Truncate;
-            QTest::addRow("%s, %s", Middleman::name(plan.fault),
-                          direction == Middleman::ToServer ? "requests" : "replies")
-                << plan << breaks;
-        }
-    }
+    peers::addFaults({{Middleman::ToServer, "requests"}, {Middleman::ToClient, "replies"}}, 60);
 }
 
 void TstPeersService::spoiledCalls_holdUpNobodyForLong()
 {
     QFETCH(Middleman::Plan, plan);
-    QFETCH(bool, breaks);
     Bench &bench = *m_bench;
     bench->requestUpdate();
     QTRY_VERIFY(!bench->property("lastCalibrationDate").toString().isEmpty());
@@ -102,12 +81,10 @@ void TstPeersService::spoiledCalls_holdUpNobodyForLong()
     }
     const qint64 blocked = pulse.longest();
     const Holdings after = Holdings::now();
-    qInfo("interface thread held up for %lld ms; %+d descriptors, %+d threads, %+lld kB", blocked,
-          after.descriptors - before.descriptors, after.threads - before.threads,
-          after.residentKb - before.residentKb);
+    peers::print(blocked, before, after);
     QVERIFY(m_middleman->spoiled() > 0);
     // requestUpdate() makes two calls; a call that finds its link broken makes a new one first.
-    QVERIFY2(blocked < 3 * CallLimitMs + SlackMs, qPrintable(QString::number(blocked)));
+    QVERIFY2(blocked < 3 * CallLimitMs + peers::SlackMs, qPrintable(QString::number(blocked)));
     QVERIFY(after.descriptors - before.descriptors <= 2);
     QVERIFY(after.threads <= before.threads);
     QVERIFY(after.residentKb - before.residentKb < 2048);
@@ -120,7 +97,8 @@ void TstPeersService::spoiledCalls_holdUpNobodyForLong()
     const int updates = bench.calls("sendLastStatus");
     QElapsedTimer timer;
     timer.start();
-    if (breaks) {
+    if (peers::endsTheLink(plan.fault)) {
+        // For good: whether the service has carried out what it was asked cannot be known.
         bench->requestUpdate();
         QVERIFY2(timer.elapsed() < CallLimitMs, qPrintable(QString::number(timer.elapsed())));
         QCOMPARE(bench.calls("sendLastStatus"), updates);
@@ -167,7 +145,6 @@ void TstPeersService::killedService_harmsNoState()
     }
     QCOMPARE(int(bench->acquisitionMode()), mode);
 
-    Pulse pulse;
     const Holdings before = Holdings::now();
     if (whole) {
         bench.simulator.kill();
@@ -176,8 +153,7 @@ void TstPeersService::killedService_harmsNoState()
         QVERIFY(bench.simulator.control.run(QStringLiteral("napDie")));
         QVERIFY(bench.simulator.control.run(QStringLiteral("napReturn")));
     }
-    const qint64 meanwhile = pulse.longest(); // the test itself waits for the simulator
-    Pulse used;
+    Pulse pulse;
     for (int round = 0; round < 3; ++round) {
         bench->requestUpdate();
         bench->startAccuracyCheck();
@@ -190,11 +166,10 @@ void TstPeersService::killedService_harmsNoState()
         bench->setMeasureMode(MeasureModeEnumClass::TRIGGER);
         QCoreApplication::processEvents();
     }
-    const qint64 blocked = used.longest();
+    const qint64 blocked = pulse.longest();
     const Holdings after = Holdings::now();
-    qInfo("interface thread held up for %lld ms (%lld ms by the test); %+d descriptors, %+d threads", blocked,
-          meanwhile, after.descriptors - before.descriptors, after.threads - before.threads);
-    QVERIFY2(blocked < SlackMs, qPrintable(QString::number(blocked)));
+    peers::print(blocked, before, after);
+    QVERIFY2(blocked < peers::SlackMs, qPrintable(QString::number(blocked)));
     QVERIFY(after.descriptors <= before.descriptors + 2);
     QVERIFY(after.threads <= before.threads);
     // The one that came instead is another; it is asked nothing.
