@@ -277,8 +277,7 @@ void registerEach(const char *name, void (*run)(benchmark::State &))
 
 const bool registered = [] {
     if (qgetenv("HALVAR_INSTRUMENT") != "1") {
-        std::fputs("The diagnostic's benchmarks need a private instrument: run simulator/instrument "
-                   "halvar-benchmarks, or the target benchmark.\n",
+        std::fputs("The diagnostic's benchmarks need a private instrument: start them with benchmarks/run.\n",
                    stderr);
         return false;
     }

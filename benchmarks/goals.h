@@ -51,6 +51,9 @@ public:
     const std::string &limit() const { return m_limit; }
     double bound() const { return m_bound; }
     bool isStrict() const { return m_strict; }
+    long from() const { return m_from; }
+    /// -1 without an upper end.
+    long to() const { return m_to; }
     /// What is compared, and where: "list, remove the first row, to QStandardItemModel, from 10000".
     std::string title() const;
 

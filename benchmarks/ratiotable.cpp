@@ -204,6 +204,8 @@ bool RatioTable::write(const QString &path) const
                            {QStringLiteral("kind"), QLatin1String(name(goal.kind()))},
                            {QStringLiteral("limit"), QString::fromStdString(goal.limit())},
                            {QStringLiteral("bound"), goal.bound()},
+                           {QStringLiteral("from"), double(goal.from())},
+                           {QStringLiteral("to"), double(goal.to())},
                            {QStringLiteral("strict"), goal.isStrict()},
                            {QStringLiteral("verdict"), QString::fromLatin1(name(outcome.verdict)).toLower()}};
         if (outcome.verdict != Goal::Verdict::NotMeasured) {
