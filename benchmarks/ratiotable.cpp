@@ -12,8 +12,6 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "goals.h"
-
 namespace {
 
 // Characters, not bytes: "µ" is two.
@@ -156,10 +154,13 @@ void RatioTable::printRows()
 
 void RatioTable::printGoals() const
 {
+    const auto all = judged();
+    if (all.empty())
+        return;
     std::printf("\n%-76s %10s %9s %10s   %s\n", "goal", "worst", "at", "at most", "verdict");
     int met = 0;
-    for (const Goal &goal : goals()) {
-        const Goal::Outcome outcome = goal.judge(m_figures);
+    for (const auto &[registered, outcome] : all) {
+        const Goal &goal = *registered;
         met += outcome.verdict == Goal::Verdict::Met;
         const std::vector<Figures::Row> rows = m_figures.rows(goal.what());
         const std::string unit = rows.empty() ? std::string() : rows.front().unit;
@@ -173,15 +174,25 @@ void RatioTable::printGoals() const
                     right((goal.isStrict() ? "< " : "") + text(goal.bound()), 10).c_str(),
                     name(outcome.verdict));
     }
-    std::printf("%d of %zu goals met.\n", met, goals().size());
+    std::printf("%d of %zu goals met.\n", met, all.size());
 }
 
-bool RatioTable::meetsGoals(bool everything) const
+std::vector<std::pair<const Goal *, Goal::Outcome>> RatioTable::judged() const
 {
-    return std::all_of(goals().begin(), goals().end(), [&](const Goal &goal) {
-        const Goal::Verdict verdict = goal.judge(m_figures).verdict;
-        return verdict == Goal::Verdict::Met || (verdict == Goal::Verdict::NotMeasured && !everything);
-    });
+    std::vector<std::pair<const Goal *, Goal::Outcome>> judged;
+    for (const Goal &goal : goals()) {
+        const Goal::Outcome outcome = goal.judge(m_figures);
+        if (m_everything || outcome.verdict != Goal::Verdict::NotMeasured)
+            judged.emplace_back(&goal, outcome);
+    }
+    return judged;
+}
+
+bool RatioTable::meetsGoals() const
+{
+    const auto all = judged();
+    return std::all_of(all.begin(), all.end(),
+                       [](const auto &goal) { return goal.second.verdict == Goal::Verdict::Met; });
 }
 
 bool RatioTable::write(const QString &path) const
@@ -196,9 +207,9 @@ bool RatioTable::write(const QString &path) const
                                 {QStringLiteral("unit"), QString::fromStdString(row.unit)},
                                 {QStringLiteral("figures"), variants}});
     }
-    QJsonArray judged;
-    for (const Goal &goal : goals()) {
-        const Goal::Outcome outcome = goal.judge(m_figures);
+    QJsonArray verdicts;
+    for (const auto &[registered, outcome] : judged()) {
+        const Goal &goal = *registered;
         QJsonObject object{{QStringLiteral("what"), QString::fromStdString(goal.what())},
                            {QStringLiteral("title"), QString::fromStdString(goal.title())},
                            {QStringLiteral("kind"), QLatin1String(name(goal.kind()))},
@@ -212,7 +223,7 @@ bool RatioTable::write(const QString &path) const
             object.insert(QStringLiteral("worst"), outcome.worst);
             object.insert(QStringLiteral("size"), double(outcome.size));
         }
-        judged.append(object);
+        verdicts.append(object);
     }
     const benchmark::CPUInfo &cpu = benchmark::CPUInfo::Get();
     const QJsonObject context{{QStringLiteral("date"), QDateTime::currentDateTimeUtc().toString(Qt::ISODate)},
@@ -225,7 +236,7 @@ bool RatioTable::write(const QString &path) const
     QFile file(path);
     const QByteArray json = QJsonDocument(QJsonObject{{QStringLiteral("context"), context},
                                                       {QStringLiteral("rows"), rows},
-                                                      {QStringLiteral("goals"), judged}})
+                                                      {QStringLiteral("goals"), verdicts}})
                                 .toJson();
     return file.open(QIODevice::WriteOnly) && file.write(json) == json.size() && file.flush();
 }

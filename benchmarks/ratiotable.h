@@ -5,9 +5,13 @@
 
 #include <QString>
 
+#include <utility>
+#include <vector>
+
 #include <benchmark/benchmark.h>
 
 #include "figures.h"
+#include "goals.h"
 
 /// Collects a run, prints it as one table of ratios and judges the goals by it.
 ///
@@ -17,21 +21,29 @@
 class RatioTable : public benchmark::BenchmarkReporter
 {
 public:
+    /// \param everything whether all benchmarks run: a goal that was not measured then counts as missed,
+    /// instead of being left out
+    explicit RatioTable(bool everything)
+        : m_everything(everything)
+    { }
+
     bool ReportContext(const Context &context) override;
     void ReportRuns(const std::vector<Run> &runs) override;
     void Finalize() override;
 
     /// False when a benchmark reported an error or a figure of the library has no limit beside it.
     bool isComplete() const { return m_complete; }
-    /// False when a goal is missed, or was not measured though \p everything was to be run.
-    bool meetsGoals(bool everything) const;
+    bool meetsGoals() const;
     /// Writes rows, ratios and verdicts as JSON. False when \p path cannot be written.
     bool write(const QString &path) const;
 
 private:
     void printRows();
     void printGoals() const;
+    /// The goals this run has to do with, and how it meets them.
+    std::vector<std::pair<const Goal *, Goal::Outcome>> judged() const;
 
+    const bool m_everything;
     Figures m_figures;
     bool m_complete = true;
 };
