@@ -5,12 +5,17 @@
 MeasureListModel::MeasureListModel(QObject *parent)
     : QQmlObjectListModel<Measure>(parent, QByteArray(), QByteArray())
 {
-    qRegisterMetaType<Measure *>("Measure*");
-    qRegisterMetaType<DetectionDecisionEnumClass::DetectionDecision>(
-        "DetectionDecisionEnumClass::DetectionDecision");
-    qRegisterMetaType<LocalisationEnumClass::Localisation>("LocalisationEnumClass::Localisation");
-    qRegisterMetaType<DegradationStateEnumClass::DegradationState>(
-        "DegradationStateEnumClass::DegradationState");
+    // Each unit has a list of measures: normalizing the names anew would be half of making one.
+    static const bool registered = [] {
+        qRegisterMetaType<Measure *>("Measure*");
+        qRegisterMetaType<DetectionDecisionEnumClass::DetectionDecision>(
+            "DetectionDecisionEnumClass::DetectionDecision");
+        qRegisterMetaType<LocalisationEnumClass::Localisation>("LocalisationEnumClass::Localisation");
+        qRegisterMetaType<DegradationStateEnumClass::DegradationState>(
+            "DegradationStateEnumClass::DegradationState");
+        return true;
+    }();
+    Q_UNUSED(registered)
 }
 
 void MeasureListModel::lastFrontMeasure(const com::halvar::nap::DetectionResult &result)
