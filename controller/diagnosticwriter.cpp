@@ -51,7 +51,7 @@ QHash<QString, QString> imagesOf(const DatabaseItemListModel *list)
 
 DiagnosticWriter::DiagnosticWriter(const HalvarController &controller, const Database *database)
     : m_controller(controller)
-    , m_xml(&m_document)
+    , m_xml(&m_sink)
 {
     if (!database)
         return;

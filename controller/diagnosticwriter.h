@@ -8,6 +8,8 @@
 #include <QString>
 #include <QXmlStreamWriter>
 
+#include "bytesink.h"
+
 class Database;
 class DatabaseItemListModel;
 class HalvarController;
@@ -46,6 +48,7 @@ private:
     ImageByTitle m_substrats;
     ImageByTitle m_revetements;
     QByteArray m_document;
+    halvar::ByteSink m_sink{&m_document};
     QXmlStreamWriter m_xml;
 };
 
