@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "xmltext.h"
 
+#include <algorithm>
+
 namespace halvar {
 
 namespace {
@@ -28,6 +30,12 @@ bool isAllowed(const QString &text, int index)
 
 QString xmlText(const QString &text)
 {
+    // Hardly any text has a character whose neighbours must be looked at.
+    constexpr ushort firstSurrogate = 0xD800;
+    if (std::none_of(text.cbegin(), text.cend(), [](QChar character) {
+            return character.unicode() < 0x20 || character.unicode() >= firstSurrogate;
+        }))
+        return text;
     QString result = text;
     for (int i = 0; i < text.size(); ++i) {
         if (!isAllowed(text, i))
