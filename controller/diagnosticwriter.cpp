@@ -7,21 +7,62 @@
 #include "databaseitemlistmodel.h"
 #include "date.h"
 #include "halvarcontroller.h"
-#include "labels.h"
 #include "measure.h"
 #include "measurelistmodel.h"
 #include "ud.h"
 #include "udlistmodel.h"
 #include "xmltext.h"
 
+#include <array>
+#include <cstddef>
+
 namespace {
 
 using Decision = DetectionDecisionEnumClass;
 
-template <size_t N>
-QString label(const char *const (&labels)[N], int value)
+/// A table of labels, decoded once for all measures.
+template <std::size_t N>
+class Labels
 {
-    return QString::fromUtf8(halvar::nameOf(labels, value));
+public:
+    explicit Labels(const char *const (&labels)[N])
+    {
+        for (std::size_t value = 0; value < N; ++value)
+            m_labels[value] = QString::fromUtf8(labels[value]);
+    }
+    /// Empty for a value that the table does not have.
+    QString operator()(int value) const
+    {
+        return value >= 0 && static_cast<std::size_t>(value) < N ? m_labels[static_cast<std::size_t>(value)]
+                                                                 : QString();
+    }
+
+private:
+    std::array<QString, N> m_labels;
+};
+
+QString decisionLabel(int decision)
+{
+    static const Labels labels(Decision::DetectionDecisionNames);
+    return labels(decision);
+}
+
+QString localisationLabel(int localisation)
+{
+    static const Labels labels(LocalisationEnumClass::LocalisationNames);
+    return labels(localisation);
+}
+
+QString degradationLabel(int degradation)
+{
+    static const Labels labels(DegradationStateEnumClass::DegradationStateNames);
+    return labels(degradation);
+}
+
+QString statutLabel(int statut)
+{
+    static const Labels labels(UDStatutEnumClass::UDStatutNames);
+    return labels(statut);
 }
 
 QString number(double value)
@@ -110,8 +151,7 @@ void DiagnosticWriter::writeAccuracy(const Measure &accuracy, const QString &sta
     m_xml.writeStartElement(QStringLiteral("Justesse"));
     m_xml.writeAttribute(QStringLiteral("Id"), QString::number(accuracy.idNAP()));
     m_xml.writeAttribute(QStringLiteral("Statut"), statut);
-    writeText(QStringLiteral("Resultat"),
-              label(Decision::DetectionDecisionNames, accuracy.detectionDecision()));
+    writeText(QStringLiteral("Resultat"), decisionLabel(accuracy.detectionDecision()));
     m_xml.writeEndElement();
 }
 
@@ -135,7 +175,7 @@ void DiagnosticWriter::writeUnit(const UD &unit, int number)
     writeReference(QStringLiteral("Element"), unit.element(), m_elements);
     writeReference(QStringLiteral("Substrat"), unit.substrat(), m_substrats);
     writeReference(QStringLiteral("Revetement"), unit.revetement(), m_revetements);
-    writeText(QStringLiteral("Statut"), label(UDStatutEnumClass::UDStatutNames, unit.statut()));
+    writeText(QStringLiteral("Statut"), statutLabel(unit.statut()));
     writeText(QStringLiteral("Observation"), unit.observation());
     m_xml.writeStartElement(QStringLiteral("Mesures"));
     for (const Measure *measure : unit.measures()->toList()) {
@@ -152,12 +192,9 @@ void DiagnosticWriter::writeMeasure(const Measure &measure)
     m_xml.writeAttribute(QStringLiteral("Id"), QString::number(measure.idNAP()));
     writeText(QStringLiteral("Concentration"), number(measure.concentration()));
     writeText(QStringLiteral("Sigma"), number(measure.sigma()));
-    writeText(QStringLiteral("Resultat"),
-              label(Decision::DetectionDecisionNames, measure.detectionDecision()));
-    writeText(QStringLiteral("Localisation"),
-              label(LocalisationEnumClass::LocalisationNames, measure.localisation()));
-    writeText(QStringLiteral("NatureDegradation"),
-              label(DegradationStateEnumClass::DegradationStateNames, measure.degradationState()));
+    writeText(QStringLiteral("Resultat"), decisionLabel(measure.detectionDecision()));
+    writeText(QStringLiteral("Localisation"), localisationLabel(measure.localisation()));
+    writeText(QStringLiteral("NatureDegradation"), degradationLabel(measure.degradationState()));
     writeText(QStringLiteral("EtatConservation"), measure.conservationState());
     m_xml.writeEndElement();
 }
