@@ -406,7 +406,12 @@ Status decode(const QByteArray &payload, Message &message)
 
 quint32 payloadSize(const QByteArray &header)
 {
-    return header.size() < HeaderSize ? 0 : qFromBigEndian<quint32>(header.constData());
+    return header.size() < HeaderSize ? 0 : payloadSize(header.constData());
+}
+
+quint32 payloadSize(const char *header)
+{
+    return qFromBigEndian<quint32>(header);
 }
 
 } // namespace protocol

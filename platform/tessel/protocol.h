@@ -43,8 +43,10 @@ Status encode(const Message &message, QByteArray &frame);
 /// \param payload a frame without its header.
 /// \return OK, ERR_MALFORMED or ERR_TOO_LARGE; \p message then holds what could be read, its number included.
 Status decode(const QByteArray &payload, Message &message);
-/// Length announced by a header of HeaderSize bytes.
+/// Length announced by a header of HeaderSize bytes; 0 for one that is shorter.
 quint32 payloadSize(const QByteArray &header);
+/// The same of HeaderSize bytes.
+quint32 payloadSize(const char *header);
 
 } // namespace protocol
 } // namespace tessel

@@ -7,13 +7,19 @@
 #include <QNetworkProxy>
 #include <QNetworkSession>
 #include <QSharedPointer>
+#include <QSocketNotifier>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QTimer>
 
+#include <fcntl.h>
+#include <poll.h>
 #include <sys/socket.h>
+#include <sys/time.h>
 
+#include "framebuffer.h"
 #include "protocol.h"
+#include "tcpsocket.h"
 #include "tessel/description.h"
 
 namespace tessel {
@@ -25,7 +31,8 @@ constexpr int MostLeaving = 64; // answered for the last time, and about to clos
 constexpr int FrameTime =
     5000; // ms that a frame may take to come in whole, and a new peer to say what it wants
 constexpr int LingerTime = 250; // ms that a peer has to read why it is dropped
-constexpr int BufferSize = protocol::HeaderSize + protocol::MaxPayload;
+constexpr int MostUnread = protocol::HeaderSize + protocol::MaxPayload; // bytes of answers
+constexpr int OwnWait = 50; // ms that reading from a caller's connection waits by itself
 
 QHostAddress addressOf(const QByteArray &host)
 {
@@ -36,11 +43,6 @@ QHostAddress addressOf(const QByteArray &host)
     return QHostAddress(QString::fromLatin1(host));
 }
 
-int remaining(const QDeadlineTimer &deadline)
-{
-    return static_cast<int>(deadline.remainingTime());
-}
-
 class TcpConnection : public Connection
 {
 public:
@@ -49,25 +51,42 @@ public:
         const QHostAddress host = addressOf(address.host);
         if (host.isNull() || address.port == 0)
             return ERR_REFUSED;
-        m_socket.setProxy(QNetworkProxy::NoProxy);
-        m_socket.setReadBufferSize(BufferSize);
-        m_socket.connectToHost(host, address.port);
-        if (!m_socket.waitForConnected(milliseconds)) {
-            return m_socket.error() == QAbstractSocket::SocketTimeoutError ? ERR_TIMED_OUT : ERR_REFUSED;
-        }
-        m_socket.setSocketOption(QAbstractSocket::LowDelayOption, 1);
+        QTcpSocket socket;
+        socket.setProxy(QNetworkProxy::NoProxy);
+        socket.connectToHost(host, address.port);
+        if (!socket.waitForConnected(milliseconds))
+            return socket.error() == QAbstractSocket::SocketTimeoutError ? ERR_TIMED_OUT : ERR_REFUSED;
+        // From here on the caller's thread, which waits for each answer anyway, reads and writes by itself:
+        // two or three system calls for each message instead of six, and a thread with an event loop does not
+        // read the answers that come too late at any other time.
+        const int descriptor = ::fcntl(static_cast<int>(socket.socketDescriptor()), F_DUPFD_CLOEXEC, 0);
+        if (descriptor < 0)
+            return ERR_REFUSED;
+        m_socket = TcpSocket(descriptor);
+        const timeval wait{0, OwnWait * 1000};
+        ::fcntl(descriptor, F_SETFL, ::fcntl(descriptor, F_GETFL) & ~O_NONBLOCK);
+        ::setsockopt(descriptor, SOL_SOCKET, SO_RCVTIMEO, &wait, sizeof wait);
         return OK;
     }
 
     bool send(const QByteArray &frame, int milliseconds) override
     {
         const QDeadlineTimer deadline(milliseconds);
-        if (m_socket.state() != QAbstractSocket::ConnectedState || m_socket.write(frame) != frame.size())
+        if (!isUsable())
             return false;
-        m_socket.flush();
-        while (m_socket.bytesToWrite() > 0) {
-            if (deadline.hasExpired() || !m_socket.waitForBytesWritten(remaining(deadline)))
+        int done = 0;
+        while (done < frame.size()) {
+            int sent = 0;
+            const TcpSocket::Result result =
+                m_socket.send(frame.constData() + done, frame.size() - done, sent);
+            done += sent;
+            if (result == TcpSocket::Result::Closed)
+                m_socket.close();
+            if (result == TcpSocket::Result::Closed
+                || (result == TcpSocket::Result::Later && !waitFor(POLLOUT, deadline))) {
+                m_halfSent = done > 0;
                 return false;
+            }
         }
         return true;
     }
@@ -75,159 +94,255 @@ public:
     Status receive(QByteArray &payload, int milliseconds) override
     {
         const QDeadlineTimer deadline(milliseconds);
-        if (!await(protocol::HeaderSize, deadline))
-            return failure();
-        const quint32 size = protocol::payloadSize(m_socket.peek(protocol::HeaderSize));
-        if (size > protocol::MaxPayload)
-            return ERR_TOO_LARGE;
-        if (!await(protocol::HeaderSize + int(size), deadline))
-            return failure();
-        m_socket.skip(protocol::HeaderSize);
-        payload = m_socket.read(size);
-        return OK;
+        for (;;) {
+            switch (m_frames.next(payload)) {
+            case FrameBuffer::Next::Frame:
+                return OK;
+            case FrameBuffer::Next::TooLarge:
+                return ERR_TOO_LARGE;
+            case FrameBuffer::Next::None:
+                break;
+            }
+            const Status status = fill(deadline);
+            if (status != OK)
+                return status;
+        }
     }
 
-    bool isUsable() const override
-    {
-        return m_socket.state() == QAbstractSocket::ConnectedState && m_socket.bytesToWrite() == 0;
-    }
+    bool isUsable() const override { return m_socket.isOpen() && !m_halfSent; }
 
 private:
-    bool await(int bytes, const QDeadlineTimer &deadline)
+    /// Waits for some more bytes.
+    Status fill(const QDeadlineTimer &deadline)
     {
-        while (m_socket.bytesAvailable() < bytes) {
-            if (!m_socket.waitForReadyRead(remaining(deadline)) && m_socket.bytesAvailable() < bytes)
-                return false;
+        if (!m_socket.isOpen())
+            return ERR_PEER_GONE;
+        // Most answers come at once, and then there was no need to ask before reading.
+        bool waits = deadline.remainingTime() >= OwnWait;
+        for (;;) {
+            if (!waits && !waitFor(POLLIN, deadline))
+                return ERR_TIMED_OUT;
+            switch (m_socket.receive(m_frames, waits)) {
+            case TcpSocket::Result::Done:
+                return OK;
+            case TcpSocket::Result::Closed:
+                m_socket.close();
+                return ERR_PEER_GONE;
+            case TcpSocket::Result::Later:
+                waits = false;
+                break;
+            }
         }
-        return true;
     }
 
-    Status failure() const
+    bool waitFor(short events, const QDeadlineTimer &deadline) const
     {
-        return m_socket.state() == QAbstractSocket::ConnectedState ? ERR_TIMED_OUT : ERR_PEER_GONE;
+        pollfd descriptor{m_socket.descriptor(), events, 0};
+        for (;;) {
+            const int ready = ::poll(&descriptor, 1, static_cast<int>(deadline.remainingTime()));
+            if (ready >= 0 || errno != EINTR)
+                return ready > 0;
+        }
     }
 
-    QTcpSocket m_socket;
+    TcpSocket m_socket;
+    FrameBuffer m_frames;
+    bool m_halfSent = false;
 };
 
 /// One accepted connection: collects frames, hands them to the handler, writes the answers. Deletes itself.
 class ServedConnection : public QObject
 {
 public:
-    ServedConnection(QTcpSocket *socket, const Handler &handler, QObject *parent)
+    ServedConnection(int descriptor, const Handler &handler, QObject *parent)
         : QObject(parent)
-        , m_socket(socket)
+        , m_socket(descriptor)
         , m_handler(handler)
+        , m_readable(descriptor, QSocketNotifier::Read)
+        , m_writable(descriptor, QSocketNotifier::Write)
     {
-        m_socket->setParent(this);
-        m_socket->setReadBufferSize(BufferSize);
-        m_socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
+        m_writable.setEnabled(false);
         m_frameTimer.setSingleShot(true);
-        connect(m_socket, &QTcpSocket::readyRead, this, &ServedConnection::serve);
-        connect(m_socket, &QTcpSocket::disconnected, this, &QObject::deleteLater);
+        connect(&m_readable, &QSocketNotifier::activated, this, &ServedConnection::read);
+        connect(&m_writable, &QSocketNotifier::activated, this, &ServedConnection::write);
         // A peer that says nothing, sends a frame by drops or does not take its answers holds its place no
         // longer.
-        connect(&m_frameTimer, &QTimer::timeout, m_socket, &QTcpSocket::abort);
+        connect(&m_frameTimer, &QTimer::timeout, this, &ServedConnection::end);
         m_frameTimer.start(FrameTime);
     }
 
     bool knowsPeer() const { return m_knowsPeer; }
-    bool isDropped() const { return m_dropped; }
+    bool isEnded() const { return m_ended; }
     bool isLeaving() const { return m_leaving; }
-    void drop()
-    {
-        m_dropped = true;
-        m_socket->abort();
-    }
 
     /// Says why, and goes.
     void refuse(Status status) { answer(m_handler(status, QByteArray())); }
 
-private:
-    void serve()
+    /// Nothing more is read or written.
+    void end()
     {
-        if (m_leaving) {
-            m_socket->skip(m_socket->bytesAvailable());
+        if (m_ended)
+            return;
+        m_ended = true;
+        m_readable.setEnabled(false);
+        m_writable.setEnabled(false);
+        m_socket.close();
+        if (!m_serving)
+            deleteLater();
+    }
+
+private:
+    void read()
+    {
+        if (m_ended)
+            return;
+        if (m_serving) {
+            // The service waits in an event loop of its own, in which more arrives: that is for afterwards.
+            m_readable.setEnabled(false);
             return;
         }
-        while (m_socket->state() == QAbstractSocket::ConnectedState
-               && m_socket->bytesAvailable() >= protocol::HeaderSize) {
-            const quint32 size = protocol::payloadSize(m_socket->peek(protocol::HeaderSize));
-            if (size > protocol::MaxPayload) {
+        switch (m_socket.receive(m_frames)) {
+        case TcpSocket::Result::Closed:
+            endWhenRead();
+            return;
+        case TcpSocket::Result::Later:
+            return;
+        case TcpSocket::Result::Done:
+            break;
+        }
+        if (m_leaving) {
+            m_frames.clear();
+            return;
+        }
+        m_serving = true;
+        serve();
+        m_serving = false;
+        if (m_ended)
+            deleteLater();
+        else
+            m_readable.setEnabled(true);
+    }
+
+    void serve()
+    {
+        QByteArray payload;
+        for (;;) {
+            switch (m_frames.next(payload)) {
+            case FrameBuffer::Next::TooLarge:
                 answer(m_handler(ERR_TOO_LARGE, QByteArray()));
                 return;
-            }
-            if (m_socket->bytesAvailable() < protocol::HeaderSize + qint64(size))
-                break;
-            m_frameTimer.stop();
-            m_socket->skip(protocol::HeaderSize);
-            answer(m_handler(OK, m_socket->read(size)));
-            if (m_leaving)
+            case FrameBuffer::Next::None:
+                if ((!m_frames.isEmpty() || !m_knowsPeer) && !m_frameTimer.isActive())
+                    m_frameTimer.start(FrameTime);
                 return;
-            if (m_socket->bytesToWrite() > BufferSize) {
-                m_socket->abort();
+            case FrameBuffer::Next::Frame:
+                m_frameTimer.stop();
+                answer(m_handler(OK, payload));
+                break;
+            }
+            if (m_leaving || m_ended)
+                return;
+            if (m_unsent.size() > MostUnread) {
+                end();
                 return;
             }
         }
-        if ((m_socket->bytesAvailable() > 0 || !m_knowsPeer) && !m_frameTimer.isActive())
-            m_frameTimer.start(FrameTime);
     }
 
     void answer(const Answer &answer)
     {
-        if (!answer.frame.isEmpty()) {
-            m_socket->write(answer.frame);
-            m_socket->flush();
-        }
+        if (m_ended)
+            return;
         m_knowsPeer = m_knowsPeer || answer.knowsPeer;
         if (!answer.keepsConnection) {
             // Closing with bytes unread would take the answer back before the peer has seen it.
             m_leaving = true;
-            m_socket->skip(m_socket->bytesAvailable());
+            m_frames.clear();
             m_frameTimer.start(LingerTime);
+        }
+        int sent = 0;
+        if (m_unsent.isEmpty() && !answer.frame.isEmpty()
+            && m_socket.send(answer.frame.constData(), answer.frame.size(), sent)
+                == TcpSocket::Result::Closed) {
+            end();
+            return;
+        }
+        if (sent < answer.frame.size()) {
+            m_unsent += answer.frame.mid(sent);
+            m_writable.setEnabled(true);
         }
     }
 
-    QTcpSocket *const m_socket;
+    void write()
+    {
+        if (m_ended)
+            return;
+        int sent = 0;
+        if (m_socket.send(m_unsent.constData(), m_unsent.size(), sent) == TcpSocket::Result::Closed) {
+            end();
+            return;
+        }
+        m_unsent.remove(0, sent);
+        if (!m_unsent.isEmpty())
+            return;
+        m_writable.setEnabled(false);
+        if (!m_readable.isEnabled())
+            end();
+    }
+
+    /// The peer has said all that it wants to say, but may still be reading.
+    void endWhenRead()
+    {
+        if (m_unsent.isEmpty()) {
+            end();
+            return;
+        }
+        m_readable.setEnabled(false);
+        m_frameTimer.start(FrameTime);
+    }
+
+    TcpSocket m_socket;
     const Handler &m_handler;
+    QSocketNotifier m_readable;
+    QSocketNotifier m_writable;
+    FrameBuffer m_frames;
+    QByteArray m_unsent;
     QTimer m_frameTimer;
     bool m_knowsPeer = false;
-    bool m_leaving = false;
-    bool m_dropped = false; // about to be deleted
+    bool m_serving = false;
+    bool m_leaving = false; // answered for the last time
+    bool m_ended = false; // about to be deleted
 };
 
-class TcpEndpoint : public Endpoint
+class TcpEndpoint : public Endpoint, private QTcpServer
 {
 public:
     explicit TcpEndpoint(Handler handler)
         : m_handler(std::move(handler))
     {
-        m_server.setProxy(QNetworkProxy::NoProxy);
-        QObject::connect(&m_server, &QTcpServer::newConnection, &m_server, [this] { accept(); });
+        setProxy(QNetworkProxy::NoProxy);
     }
-    ~TcpEndpoint() override { m_server.close(); }
 
     bool open(const Description &address)
     {
         const QHostAddress host = addressOf(address.host);
-        if (host.isNull() || !m_server.listen(host, address.port))
+        if (host.isNull() || !listen(host, address.port))
             return false;
         // Qt lets 50 wait to be accepted; one more, and the system makes it try again a second later.
-        ::listen(static_cast<int>(m_server.socketDescriptor()), MostConnections * 4);
+        ::listen(static_cast<int>(socketDescriptor()), MostConnections * 4);
         return true;
     }
 
-    quint16 port() const override { return m_server.serverPort(); }
+    quint16 port() const override { return serverPort(); }
 
 private:
-    void accept()
+    void incomingConnection(qintptr descriptor) override
     {
-        while (QTcpSocket *socket = m_server.nextPendingConnection()) {
-            if (!hasRoom())
-                (new ServedConnection(socket, m_handler, &m_connections))->refuse(ERR_REFUSED);
-            else
-                new ServedConnection(socket, m_handler, &m_connections);
-        }
+        const bool isWelcome = hasRoom();
+        auto *const connection =
+            new ServedConnection(static_cast<int>(descriptor), m_handler, &m_connections);
+        if (!isWelcome)
+            connection->refuse(ERR_REFUSED);
     }
 
     /// For one more. Where all places are taken, the one goes that has been here for longest without saying
@@ -241,7 +356,7 @@ private:
         const QObjectList connections = m_connections.children(); // oldest first
         for (QObject *child : connections) {
             auto *connection = static_cast<ServedConnection *>(child);
-            if (connection->isDropped())
+            if (connection->isEnded())
                 continue;
             // One that was answered for the last time takes no place, or each that is refused would be the
             // stranger that lets the next one in.
@@ -256,16 +371,15 @@ private:
                 stranger = connection;
         }
         if (leaving >= MostLeaving)
-            leaver->drop();
+            leaver->end();
         if (taken < MostConnections)
             return true;
         if (stranger)
-            stranger->drop();
+            stranger->end();
         return stranger;
     }
 
     const Handler m_handler;
-    QTcpServer m_server;
     QObject m_connections; // their parent
 };
 

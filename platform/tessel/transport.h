@@ -26,7 +26,8 @@ class Connection
 public:
     virtual ~Connection() = default;
     virtual bool send(const QByteArray &frame, int milliseconds) = 0;
-    /// The next frame's payload. ERR_TIMED_OUT, ERR_PEER_GONE or ERR_TOO_LARGE when there is none.
+    /// The next frame's payload, valid until the next one is asked for. ERR_TIMED_OUT, ERR_PEER_GONE or
+    /// ERR_TOO_LARGE when there is none.
     virtual Status receive(QByteArray &payload, int milliseconds) = 0;
     /// Whether the next frame can follow: none is half sent.
     virtual bool isUsable() const = 0;
@@ -42,8 +43,8 @@ struct Answer
     bool keepsConnection = true; ///< else nothing more is read from it
     bool knowsPeer = false; ///< the peer has shown that it speaks with a service of ours
 };
-/// \p received is OK for a payload, ERR_TOO_LARGE for a frame that announces more than the limit, ERR_REFUSED
-/// for a connection too many.
+/// \p received is OK for a payload, which is valid until the handler returns, ERR_TOO_LARGE for a frame that
+/// announces more than the limit, ERR_REFUSED for a connection too many.
 using Handler = std::function<Answer(Status received, const QByteArray &payload)>;
 
 /// A listening end. Lives on, and calls its handler on, the thread that opened it, which runs an event loop.
