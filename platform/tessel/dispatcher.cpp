@@ -135,11 +135,11 @@ void Dispatcher::publish(const PService &service)
         if (published.service->interface_name() == service->interface_name()
             && published.service->name() == service->name()) {
             replaced = published.service;
-            published = {service, newSession()};
+            published = {service, newSession(), service->session_context()};
             return;
         }
     }
-    m_published.push_back({service, newSession()});
+    m_published.push_back({service, newSession(), service->session_context()});
 }
 
 void Dispatcher::unpublish(const Service &service)
@@ -174,14 +174,14 @@ bool Dispatcher::findLocal(const Description &description, PService &service) co
     return true;
 }
 
-PService Dispatcher::serviceOf(qint64 session) const
+Dispatcher::Published Dispatcher::publishedAs(qint64 session) const
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
     for (const Published &published : m_published) {
         if (published.session == session)
-            return published.service;
+            return published;
     }
-    return PService();
+    return {};
 }
 
 Answer Dispatcher::welcome(const QByteArray &interfaceName, const QByteArray &name, quint32 number) const
@@ -217,13 +217,13 @@ Answer Dispatcher::answer(Status received, const QByteArray &payload)
     case protocol::Hello:
         return welcome(message.interfaceName, message.serviceName, message.number);
     case protocol::Call: {
-        const PService service = serviceOf(message.session);
-        if (!service)
+        const Published published = publishedAs(message.session);
+        if (!published.service)
             return {replyFrame(0, ERR_PEER_GONE), false, false};
         Tuple reply;
         m_answering = true;
-        Service::set_session_context(service->session_context());
-        const int result = service->call(message.tuple, reply);
+        Service::set_session_context(published.context);
+        const int result = published.service->call(message.tuple, reply);
         Service::clear_session_context();
         m_answering = false;
         QByteArray frame;

@@ -42,12 +42,13 @@ private:
     struct Published
     {
         PService service;
-        qint64 session;
+        qint64 session = 0;
+        Tuple context; ///< its session context, the same for every call
     };
 
     Answer answer(Status received, const QByteArray &payload);
     Answer welcome(const QByteArray &interfaceName, const QByteArray &name, quint32 number) const;
-    PService serviceOf(qint64 session) const;
+    Published publishedAs(qint64 session) const;
 
     mutable std::mutex m_mutex;
     std::vector<Published> m_published;
