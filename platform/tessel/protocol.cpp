@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "protocol.h"
 
-#include <QBuffer>
 #include <QCborStreamReader>
 #include <QCborStreamWriter>
+#include <QIODevice>
 #include <QSet>
 #include <QTextCodec>
 #include <QtEndian>
@@ -29,6 +29,29 @@ bool isUtf8(const QByteArray &text)
     QTextCodec::codecForMib(utf8)->toUnicode(text.constData(), text.size(), &state);
     return state.invalidChars == 0 && state.remainingChars == 0;
 }
+
+/// Appends what is written, and nothing more: the writer writes each number and each text by itself.
+class FrameDevice : public QIODevice
+{
+public:
+    explicit FrameDevice(QByteArray &frame)
+        : m_frame(frame)
+    {
+        open(QIODevice::WriteOnly | QIODevice::Unbuffered);
+    }
+    bool isSequential() const override { return true; }
+
+protected:
+    qint64 readData(char *, qint64) override { return -1; }
+    qint64 writeData(const char *bytes, qint64 size) override
+    {
+        m_frame.append(bytes, static_cast<int>(size));
+        return size;
+    }
+
+private:
+    QByteArray &m_frame;
+};
 
 /// Writes one message into a frame; what a peer would not accept stops it.
 class Encoder
@@ -344,10 +367,9 @@ Status encode(const Message &message, QByteArray &frame)
 {
     frame.clear();
     frame.reserve(512); // most messages fit
-    QBuffer buffer(&frame);
-    buffer.open(QIODevice::WriteOnly);
-    buffer.write(QByteArray(HeaderSize, '\0')); // until the length is known
-    Encoder encoder(&buffer);
+    frame.append(HeaderSize, '\0'); // until the length is known
+    FrameDevice device(frame);
+    Encoder encoder(&device);
     QCborStreamWriter &cbor = encoder.cbor();
     cbor.startArray(elementsOf(message.kind));
     cbor.append(int(message.kind));
