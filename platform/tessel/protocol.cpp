@@ -10,6 +10,7 @@
 #include <QtEndian>
 
 #include <algorithm>
+#include <cstring>
 #include <limits>
 
 #include "tuplebuilder.h"
@@ -19,9 +20,23 @@ namespace protocol {
 
 namespace {
 
+constexpr int FewFields = 16; // as many as a record may have to be handled the quick way
+
+bool isAscii(const QByteArray &text)
+{
+    const char *byte = text.constData();
+    const char *const end = byte + text.size();
+    for (quint64 eight = 0; end - byte >= qptrdiff(sizeof eight); byte += sizeof eight) {
+        std::memcpy(&eight, byte, sizeof eight);
+        if (eight & Q_UINT64_C(0x8080808080808080))
+            return false;
+    }
+    return std::none_of(byte, end, [](char one) { return (one & 0x80) != 0; });
+}
+
 bool isUtf8(const QByteArray &text)
 {
-    if (std::none_of(text.begin(), text.end(), [](char byte) { return byte < 0; }))
+    if (isAscii(text))
         return true;
     // A byte order mark is a letter like any other here.
     QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
@@ -205,11 +220,14 @@ public:
             return false;
         }
         QByteArray className;
-        if (!enterArray(2) || !readText(className) || !expect(m_cbor.isArray() && m_cbor.isLengthKnown())
-            || !expect(m_cbor.enterContainer()))
+        if (!enterArray(2) || !readText(className) || !expect(m_cbor.isArray() && m_cbor.isLengthKnown()))
+            return false;
+        const quint64 fields = m_cbor.length(); // announced; whether they are there remains to be seen
+        if (!expect(m_cbor.enterContainer()))
             return false;
         tuple = Tuple();
         tuple.set_class_name(className);
+        TupleBuilder::reserve(tuple, int(qMin<quint64>(fields, FewFields)));
         QSet<QByteArray> names;
         while (m_cbor.hasNext()) {
             if (tuple.size() == MaxFields) {
@@ -244,11 +262,10 @@ private:
     /// Looks among the few names of a record itself, and in a set where there are many.
     static bool isNew(const QByteArray &name, const Tuple &tuple, QSet<QByteArray> &names)
     {
-        constexpr int few = 16;
         const int size = tuple.size();
-        if (size < few)
+        if (size < FewFields)
             return !TupleBuilder::contains(tuple, name);
-        if (size == few) {
+        if (size == FewFields) {
             for (int i = 0; i < size; ++i)
                 names.insert(tuple.name(i));
         }

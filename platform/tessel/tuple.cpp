@@ -149,6 +149,12 @@ void Tuple::set(const QByteArray &name, const Value &value)
     setAt(indexOf(name), name, value);
 }
 
+void TupleBuilder::reserve(Tuple &tuple, int fields)
+{
+    if (fields > 0)
+        tuple.write().fields.reserve(fields);
+}
+
 void TupleBuilder::append(Tuple &tuple, const QByteArray &name, const Value &value)
 {
     tuple.write().fields.append({name, value});

@@ -12,6 +12,7 @@ namespace tessel {
 struct TupleBuilder
 {
     static bool contains(const Tuple &tuple, const QByteArray &name) { return tuple.indexOf(name) >= 0; }
+    static void reserve(Tuple &tuple, int fields);
     /// \p name must not be in \p tuple yet, \p value not be T_NONE.
     static void append(Tuple &tuple, const QByteArray &name, const Value &value);
 };
