@@ -52,31 +52,47 @@ public:
     explicit FrameDevice(QByteArray &frame)
         : m_frame(frame)
     {
+        constexpr int usual = 512; // most messages fit
+        m_frame.resize(usual);
         open(QIODevice::WriteOnly | QIODevice::Unbuffered);
     }
     bool isSequential() const override { return true; }
+    int written() const { return m_written; }
+    /// More was written than a frame may hold, and is not in it.
+    bool isTooSmall() const { return m_isTooSmall; }
 
 protected:
     qint64 readData(char *, qint64) override { return -1; }
     qint64 writeData(const char *bytes, qint64 size) override
     {
-        m_frame.append(bytes, static_cast<int>(size));
+        if (size > HeaderSize + MaxPayload - m_written)
+            m_isTooSmall = true;
+        if (m_isTooSmall)
+            return size;
+        if (m_written + size > m_frame.size())
+            m_frame.resize(qMax(2 * m_frame.size(), m_written + int(size)));
+        std::memcpy(m_frame.data() + m_written, bytes, std::size_t(size));
+        m_written += int(size);
         return size;
     }
 
 private:
     QByteArray &m_frame;
+    int m_written = HeaderSize; // its length stands there when that is known
+    bool m_isTooSmall = false;
 };
 
 /// Writes one message into a frame; what a peer would not accept stops it.
 class Encoder
 {
 public:
-    Encoder(QIODevice *frame)
-        : m_cbor(frame)
+    explicit Encoder(QByteArray &frame)
+        : m_device(frame)
+        , m_cbor(&m_device)
     { }
 
-    Status status() const { return m_status; }
+    Status status() const { return m_status == OK && m_device.isTooSmall() ? ERR_TOO_LARGE : m_status; }
+    int written() const { return m_device.written(); }
     QCborStreamWriter &cbor() { return m_cbor; }
 
     void writeText(const QByteArray &utf8)
@@ -102,6 +118,7 @@ public:
             writeText(tuple.name(i));
             writeValue(tuple.value(i), depth);
             endArray();
+            m_status = status();
         }
         endArray();
         endArray();
@@ -152,6 +169,7 @@ private:
             m_status = status;
     }
 
+    FrameDevice m_device;
     QCborStreamWriter m_cbor;
     Status m_status = OK;
 };
@@ -382,11 +400,7 @@ quint64 elementsOf(Kind kind)
 
 Status encode(const Message &message, QByteArray &frame)
 {
-    frame.clear();
-    frame.reserve(512); // most messages fit
-    frame.append(HeaderSize, '\0'); // until the length is known
-    FrameDevice device(frame);
-    Encoder encoder(&device);
+    Encoder encoder(frame);
     QCborStreamWriter &cbor = encoder.cbor();
     cbor.startArray(elementsOf(message.kind));
     cbor.append(int(message.kind));
@@ -412,13 +426,13 @@ Status encode(const Message &message, QByteArray &frame)
         break;
     }
     encoder.endArray();
-    Status status = encoder.status();
-    if (status == OK && frame.size() > HeaderSize + MaxPayload)
-        status = ERR_TOO_LARGE;
-    if (status != OK)
-        frame.clear();
-    else
+    const Status status = encoder.status();
+    if (status == OK) {
+        frame.truncate(encoder.written());
         qToBigEndian(static_cast<quint32>(frame.size() - HeaderSize), frame.data());
+    } else {
+        frame.clear();
+    }
     return status;
 }
 

@@ -2,8 +2,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "remoteservice.h"
 
-#include <QDeadlineTimer>
-
 #include <map>
 
 #include "protocol.h"
@@ -66,14 +64,13 @@ quint32 nextNumber()
 /// Sends a message and waits for its answer; answers to earlier messages, which came too late for them, are
 /// skipped. What the peer says about the connection itself (number 0) ends the exchange, too.
 Status exchange(Connection &connection, const QByteArray &frame, quint32 number, protocol::Kind expected,
-                int milliseconds, protocol::Message &answer)
+                const QDeadlineTimer &deadline, protocol::Message &answer)
 {
-    const QDeadlineTimer deadline(milliseconds);
-    if (!connection.send(frame, milliseconds))
+    if (!connection.send(frame, deadline))
         return deadline.hasExpired() ? ERR_TIMED_OUT : ERR_PEER_GONE;
     for (;;) {
         QByteArray payload;
-        const Status received = connection.receive(payload, static_cast<int>(deadline.remainingTime()));
+        const Status received = connection.receive(payload, deadline);
         if (received != OK)
             return received;
         const Status decoded = protocol::decode(payload, answer);
@@ -125,8 +122,7 @@ PService RemoteService::bind(const Description &description, int milliseconds)
     if (protocol::encode(hello, frame) != OK)
         return PService();
     protocol::Message welcome;
-    status = exchange(*connection, frame, hello.number, protocol::Welcome,
-                      static_cast<int>(deadline.remainingTime()), welcome);
+    status = exchange(*connection, frame, hello.number, protocol::Welcome, deadline, welcome);
     if (status != OK || welcome.kind != protocol::Welcome || welcome.status != OK
         || welcome.serviceName != description.name
         || (!description.interfaceName.isEmpty() && welcome.interfaceName != description.interfaceName))
@@ -173,8 +169,7 @@ int RemoteService::call(const Tuple &request, Tuple &reply)
     }
 
     protocol::Message answer;
-    const Status status = exchange(*connection, frame, message.number, protocol::Reply,
-                                   static_cast<int>(deadline.remainingTime()), answer);
+    const Status status = exchange(*connection, frame, message.number, protocol::Reply, deadline, answer);
     if (status == OK && answer.number == 0) {
         // Not the service's answer. A session that nobody knows: another process by now, or another service.
         m_gone = m_gone || answer.status == ERR_PEER_GONE;

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "transport.h"
 
-#include <QDeadlineTimer>
 #include <QHostAddress>
 #include <QNetworkProxy>
 #include <QNetworkSession>
@@ -69,9 +68,8 @@ public:
         return OK;
     }
 
-    bool send(const QByteArray &frame, int milliseconds) override
+    bool send(const QByteArray &frame, const QDeadlineTimer &deadline) override
     {
-        const QDeadlineTimer deadline(milliseconds);
         if (!isUsable())
             return false;
         int done = 0;
@@ -91,9 +89,8 @@ public:
         return true;
     }
 
-    Status receive(QByteArray &payload, int milliseconds) override
+    Status receive(QByteArray &payload, const QDeadlineTimer &deadline) override
     {
-        const QDeadlineTimer deadline(milliseconds);
         for (;;) {
             switch (m_frames.next(payload)) {
             case FrameBuffer::Next::Frame:

@@ -4,6 +4,7 @@
 #define TESSEL_TRANSPORT_H
 
 #include <QByteArray>
+#include <QDeadlineTimer>
 
 #include <functional>
 #include <memory>
@@ -25,10 +26,10 @@ class Connection
 {
 public:
     virtual ~Connection() = default;
-    virtual bool send(const QByteArray &frame, int milliseconds) = 0;
+    virtual bool send(const QByteArray &frame, const QDeadlineTimer &deadline) = 0;
     /// The next frame's payload, valid until the next one is asked for. ERR_TIMED_OUT, ERR_PEER_GONE or
     /// ERR_TOO_LARGE when there is none.
-    virtual Status receive(QByteArray &payload, int milliseconds) = 0;
+    virtual Status receive(QByteArray &payload, const QDeadlineTimer &deadline) = 0;
     /// Whether the next frame can follow: none is half sent.
     virtual bool isUsable() const = 0;
 };

@@ -334,6 +334,63 @@ private slots:
         QCOMPARE(int(decode(QByteArray(MaxPayload + 1, '\0'), message)), int(ERR_TOO_LARGE));
     }
 
+    void payloadOfOneMebibyte_goesAndOneByteMoreDoesNot()
+    {
+        const auto withText = [](int size) {
+            Tuple tuple("T");
+            tuple.set("text", Value(AString(QByteArray(size, 'x'))));
+            return callOf(tuple);
+        };
+        constexpr int aroundIt = 100 * 1024;
+        const int overhead = payloadOf(withText(aroundIt)).size() - aroundIt;
+        QByteArray frame;
+        QCOMPARE(int(encode(withText(MaxPayload - overhead), frame)), int(OK));
+        QCOMPARE(frame.size(), HeaderSize + MaxPayload);
+        QCOMPARE(int(encode(withText(MaxPayload - overhead + 1), frame)), int(ERR_TOO_LARGE));
+        QVERIFY(frame.isEmpty());
+    }
+
+    void byteThatIsNotUtf8_isFoundWhereverItIs()
+    {
+        for (int size = 1; size < 25; ++size) {
+            for (int i = 0; i < size; ++i) {
+                QByteArray text(size, 'x');
+                Tuple tuple(text.constData());
+                QByteArray payload = payloadOf(callOf(tuple));
+                QCOMPARE(payload.count(text), 1);
+                payload.replace(payload.indexOf(text) + i, 1, "\xff");
+                Message message;
+                QCOMPARE(int(decode(payload, message)), int(ERR_MALFORMED));
+                text[i] = char(0xff);
+                tuple.set_class_name(text);
+                QByteArray frame;
+                QCOMPARE(int(encode(callOf(tuple), frame)), int(ERR_MALFORMED));
+                text.replace(i, 1, "\xc3\xa9");
+                tuple.set_class_name(text);
+                QCOMPARE(int(encode(callOf(tuple), frame)), int(OK));
+                QCOMPARE(int(decode(frame.mid(HeaderSize), message)), int(OK));
+                QVERIFY(message.tuple == tuple);
+            }
+        }
+    }
+
+    void textsOverOneMebibyteTogether_areTooLarge()
+    {
+        const QByteArray half(600 * 1024, 'x'); // one, shared
+        Message hello;
+        hello.interfaceName = half;
+        hello.serviceName = half;
+        QByteArray frame("before");
+        QCOMPARE(int(encode(hello, frame)), int(ERR_TOO_LARGE));
+        QVERIFY(frame.isEmpty());
+        Tuple tuple("T");
+        for (int i = 0; i < MaxFields; ++i)
+            tuple.set(QByteArray::number(i), Value(AString(half)));
+        // 2.4 GB, of which no more than a frame is ever written.
+        QCOMPARE(int(encode(callOf(tuple), frame)), int(ERR_TOO_LARGE));
+        QVERIFY(frame.isEmpty());
+    }
+
     void fieldsOver4096_areTooLarge()
     {
         Tuple tuple("T");
