@@ -71,6 +71,8 @@ QString inChild(const std::function<QString()> &body)
     return QString::fromUtf8(answer);
 }
 
+int Trial::s_runs = 0;
+
 Trial::Trial(Operation &operation, const QStringList &directories, Before before)
     : m_operation(operation)
     , m_state(before)
@@ -218,6 +220,7 @@ QString Trial::judge(const std::vector<faultshim::Event> &events, const QStringL
 
 QString Trial::survivesFault(faultshim::Plan plan) const
 {
+    ++s_runs;
     const QString complaint = inChild([&] { return run(plan, [] {}); });
     restore(m_files);
     return complaint;
@@ -227,6 +230,7 @@ QString Trial::survivesCause(const std::function<void()> &cause, const std::func
 {
     faultshim::Plan plan = planOf(faultshim::Fault::Act, 1);
     plan.action = cause;
+    ++s_runs;
     const QString complaint = inChild([&] { return run(plan, repair); });
     repair();
     restore(m_files);
@@ -242,6 +246,7 @@ QString Trial::survivesVanishing(int call) const
     };
     faultshim::Plan plan = planOf(faultshim::Fault::Act, call);
     plan.action = [&] { move(directory, directory + QStringLiteral(".gone")); };
+    ++s_runs;
     const QString complaint =
         inChild([&] { return run(plan, [&] { move(directory + QStringLiteral(".gone"), directory); }); });
     restore(m_files);
@@ -250,6 +255,7 @@ QString Trial::survivesVanishing(int call) const
 
 QString Trial::survivesKill(faultshim::Fault fault, int call) const
 {
+    ++s_runs;
     QString complaint = inChild([&] { return run(planOf(fault, call), [] {}); });
     if (complaint == killed) {
         complaint.clear();

@@ -56,6 +56,9 @@ public:
     /// Likewise when the file's directory is away from \p call on, until the run is over.
     QString survivesVanishing(int call) const;
 
+    /// How many runs with a fault there were so far, in all trials.
+    static int runs() { return s_runs; }
+
     /// What a run finds: path and content of each file.
     const QMap<QString, QByteArray> &files() const { return m_files; }
     /// The operation's file before and after a run, its time stamps made equal; null when there is none.
@@ -73,6 +76,7 @@ private:
     QByteArray content() const;
     void restore(const Files &files) const;
 
+    static int s_runs;
     Operation &m_operation;
     const Before m_state;
     const QStringList m_directories;

@@ -63,6 +63,7 @@ private slots:
     }
     void cleanupTestCase()
     {
+        qInfo("%d runs, each with another number of free pages", Trial::runs());
         m_operations.clear();
         m_controller.reset();
     }

@@ -20,7 +20,6 @@ private:
     std::unique_ptr<TestHome> m_home;
     std::unique_ptr<ControllerFixture> m_controller;
     std::vector<std::unique_ptr<Operation>> m_operations;
-    int m_runs = 0;
 
     void addOperations() const
     {
@@ -55,7 +54,6 @@ private:
     QString eachCall(const Trial &trial, Survives survives)
     {
         for (size_t i = 0; i < trial.calls().size(); ++i) {
-            ++m_runs;
             const QString complaint = survives(int(i) + 1, trial.calls()[i].kind);
             if (!complaint.isEmpty())
                 return QStringLiteral("call %1 of %2, %3: ")
@@ -89,7 +87,7 @@ private slots:
     }
     void cleanupTestCase()
     {
-        qInfo("%d runs, each with one fault", m_runs);
+        qInfo("%d runs, each with one fault", Trial::runs());
         m_operations.clear();
         m_controller.reset();
     }
