@@ -2,6 +2,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "diagnosticreader.h"
 
+#include <array>
+#include <cstddef>
+#include <utility>
+
 #include <QsLog.h>
 
 #include "database.h"
@@ -21,50 +25,72 @@ using Degradation = DegradationStateEnumClass;
 using Localisation = LocalisationEnumClass;
 using Statut = UDStatutEnumClass;
 
-/// The value among \p candidates whose label is \p text, letter for letter; \p other for any other text.
-template <typename Enumeration, size_t N>
-Enumeration valueOf(const QString &text, const char *const (&labels)[N],
-                    std::initializer_list<Enumeration> candidates, Enumeration other)
+/// The values of an enumeration that a file can give, by their labels, which are decoded once.
+template <typename Enumeration, std::size_t N>
+class Values
 {
-    for (Enumeration candidate : candidates) {
-        if (text == QString::fromUtf8(labels[candidate]))
-            return candidate;
+public:
+    template <std::size_t Size>
+    Values(const char *const (&labels)[Size], const std::array<Enumeration, N> &candidates, Enumeration other)
+        : m_other(other)
+    {
+        for (std::size_t i = 0; i < N; ++i)
+            m_values[i] = {QString::fromUtf8(labels[candidates[i]]), candidates[i]};
     }
-    return other;
-}
+    /// The value whose label is \p text, letter for letter; the other one for any other text.
+    Enumeration operator()(const QString &text) const
+    {
+        for (const auto &[label, value] : m_values) {
+            if (text == label)
+                return value;
+        }
+        return m_other;
+    }
+
+private:
+    std::array<std::pair<QString, Enumeration>, N> m_values;
+    Enumeration m_other;
+};
 
 Decision::DetectionDecision accuracyResult(const QString &text)
 {
-    return valueOf(text, Decision::DetectionDecisionNames,
-                   {Decision::ACCURACY_OK, Decision::ACCURACY_ERROR, Decision::UNCALIBRATED},
-                   Decision::NOT_DETERMINED);
+    static const Values values(
+        Decision::DetectionDecisionNames,
+        std::array{Decision::ACCURACY_OK, Decision::ACCURACY_ERROR, Decision::UNCALIBRATED},
+        Decision::NOT_DETERMINED);
+    return values(text);
 }
 
 Decision::DetectionDecision measureResult(const QString &text)
 {
-    return valueOf(text, Decision::DetectionDecisionNames, {Decision::POSITIVE, Decision::NEGATIVE},
-                   Decision::NOT_DETERMINED);
+    static const Values values(Decision::DetectionDecisionNames,
+                               std::array{Decision::POSITIVE, Decision::NEGATIVE}, Decision::NOT_DETERMINED);
+    return values(text);
 }
 
 Localisation::Localisation localisation(const QString &text)
 {
-    return valueOf(
-        text, Localisation::LocalisationNames,
-        {Localisation::LEFT, Localisation::UP, Localisation::CENTER, Localisation::DOWN, Localisation::RIGHT},
-        Localisation::NOT_DETERMINED);
+    static const Values values(Localisation::LocalisationNames,
+                               std::array{Localisation::LEFT, Localisation::UP, Localisation::CENTER,
+                                          Localisation::DOWN, Localisation::RIGHT},
+                               Localisation::NOT_DETERMINED);
+    return values(text);
 }
 
 Degradation::DegradationState degradation(const QString &text)
 {
-    return valueOf(text, Degradation::DegradationStateNames,
-                   {Degradation::NON_VISIBLE, Degradation::ETAT_USAGE, Degradation::DEGRADE},
-                   Degradation::NON_DEGRADE);
+    static const Values values(
+        Degradation::DegradationStateNames,
+        std::array{Degradation::NON_VISIBLE, Degradation::ETAT_USAGE, Degradation::DEGRADE},
+        Degradation::NON_DEGRADE);
+    return values(text);
 }
 
 Statut::UDStatut statut(const QString &text)
 {
-    return valueOf(text, Statut::UDStatutNames, {Statut::POSITIVE, Statut::NEGATIVE, Statut::SKIPPED},
-                   Statut::RAW);
+    static const Values values(Statut::UDStatutNames,
+                               std::array{Statut::POSITIVE, Statut::NEGATIVE, Statut::SKIPPED}, Statut::RAW);
+    return values(text);
 }
 
 /// Hands \p text to \p setter, unless there is none.
