@@ -189,7 +189,8 @@ const bool registered = [] {
 
     goal("file, save a unit of 5 measures", "XML writer, fsync, rename", 1.2);
     goalGrowth("file, save a unit of 5 measures", 1.1).fromSize(1000);
-    goal("file, load a unit of 5 measures", "XML reader", 2.0);
+    // Though the tokens alone make no items, and the library does.
+    goal("file, load a unit of 5 measures", "XML reader", 1.6);
     goalGrowth("file, load a unit of 5 measures", 1.1).fromSize(1000);
     goal(database, "XML reader", 0.25);
     return true;

@@ -95,10 +95,16 @@ Statut::UDStatut statut(const QString &text)
 
 /// Hands \p text to \p setter, unless there is none.
 template <typename Setter>
-void take(const std::optional<QString> &text, Setter setter)
+void take(const QString *text, Setter setter)
 {
     if (text)
         setter(*text);
+}
+
+/// \p text in memory of its own size, for who keeps it: the reader's has room for longer ones.
+QString kept(const QString &text)
+{
+    return text.isEmpty() ? QString() : QString(text.constData(), text.size());
 }
 
 } // namespace
@@ -154,10 +160,10 @@ void DiagnosticReader::readInformations()
         if (m_xml.name() == QLatin1String("Date"))
             text("Date:"); // when it was saved: of no use to this instrument
         else if (m_xml.name() == QLatin1String("Nom"))
-            take(text("Nom:"), [this](const QString &name) { m_controller.setFileName(name); });
+            take(text("Nom:"), [this](const QString &name) { m_controller.setFileName(kept(name)); });
         else if (m_xml.name() == QLatin1String("Localisation"))
             take(text("Localisation:"),
-                 [this](const QString &place) { m_controller.setLocalization(place); });
+                 [this](const QString &place) { m_controller.setLocalization(kept(place)); });
         else
             m_xml.skipCurrentElement();
     }
@@ -207,7 +213,7 @@ void DiagnosticReader::readBuilding()
 {
     while (m_xml.readNextStartElement()) {
         const QString name = m_xml.name().toString();
-        const std::optional<QString> observation = text();
+        const QString *const observation = text();
         if (!observation)
             return;
         const bool observed = *observation == QLatin1String("vrai");
@@ -250,7 +256,7 @@ void DiagnosticReader::readUnitChild(UD &unit)
     if (m_xml.name() == QLatin1String("Local")) {
         take(readReference(m_database ? m_database->m_LocalItemsListModel : nullptr, "Local image path:",
                            "Local:", "Local loaded on the fly!", QStringLiteral("local")),
-             [&unit](const QString &title) { unit.setLocal(title); });
+             [&unit](const QString &title) { unit.setLocal(kept(title)); });
     } else if (m_xml.name() == QLatin1String("Zone")) {
         take(text("Zone:"), [&unit](const QString &zone) {
             // A unit has one Latin letter for its zone; without one it keeps the first.
@@ -264,24 +270,24 @@ void DiagnosticReader::readUnitChild(UD &unit)
     } else if (m_xml.name() == QLatin1String("Element")) {
         take(readReference(m_database ? m_database->m_ElementItemsListModel : nullptr, "Local element path:",
                            "Element:", "Element loaded on the fly!", QStringLiteral("élément")),
-             [&unit](const QString &title) { unit.setElement(title); });
+             [&unit](const QString &title) { unit.setElement(kept(title)); });
     } else if (m_xml.name() == QLatin1String("Substrat")) {
         take(readReference(m_database ? m_database->m_SubstratItemsListModel : nullptr,
                            "Local substrat path:", "Substrat:", "Substrat loaded on the fly!",
                            QStringLiteral("substrat")),
-             [&unit](const QString &title) { unit.setSubstrat(title); });
+             [&unit](const QString &title) { unit.setSubstrat(kept(title)); });
     } else if (m_xml.name() == QLatin1String("Revetement")) {
         take(readReference(m_database ? m_database->m_RevetementItemsListModel : nullptr,
                            "Local revetement path:", "Revetement:", "Revetement loaded on the fly!",
                            QStringLiteral("revêtement")),
              [this, &unit](const QString &title) {
-                 unit.setRevetement(title);
+                 unit.setRevetement(kept(title));
                  writeDatabase();
              });
     } else if (m_xml.name() == QLatin1String("Statut")) {
         take(text("Statut:"), [&unit](const QString &label) { unit.setStatut(statut(label)); });
     } else if (m_xml.name() == QLatin1String("Observation")) {
-        take(text("Observation:"), [&unit](const QString &note) { unit.setObservation(note); });
+        take(text("Observation:"), [&unit](const QString &note) { unit.setObservation(kept(note)); });
     } else if (m_xml.name() == QLatin1String("Mesures")) {
         readMeasures(unit);
     } else {
@@ -289,16 +295,16 @@ void DiagnosticReader::readUnitChild(UD &unit)
     }
 }
 
-std::optional<QString> DiagnosticReader::readReference(DatabaseItemListModel *list, const char *imageMessage,
-                                                       const char *valueMessage, const char *addedMessage,
-                                                       const QString &kind)
+const QString *DiagnosticReader::readReference(DatabaseItemListModel *list, const char *imageMessage,
+                                               const char *valueMessage, const char *addedMessage,
+                                               const QString &kind)
 {
     const QString image = m_xml.attributes().value(QLatin1String("Image")).toString();
     QLOG_DEBUG() << imageMessage << image;
-    const std::optional<QString> title = text(valueMessage);
+    const QString *const title = text(valueMessage);
     if (title && list && !list->activateIfTitleExist(*title)) {
         QLOG_DEBUG() << addedMessage;
-        list->add(*title, image, kind, -1);
+        list->add(kept(*title), image, kind, -1);
     }
     return title;
 }
@@ -347,22 +353,39 @@ void DiagnosticReader::readMeasure(UD &unit)
             take(text("NatureDegradation:"),
                  [measure](const QString &label) { measure->setDegradationState(degradation(label)); });
         else if (m_xml.name() == QLatin1String("EtatConservation"))
-            take(text(), [measure](const QString &state) { measure->setConservationState(state); });
+            take(text(), [measure](const QString &state) { measure->setConservationState(kept(state)); });
         else
             m_xml.skipCurrentElement();
     }
     unit.measures()->append(measure);
 }
 
-std::optional<QString> DiagnosticReader::text()
+const QString *DiagnosticReader::text()
 {
-    const QString value = m_xml.readElementText(QXmlStreamReader::SkipChildElements);
-    return m_xml.hasError() ? std::nullopt : std::optional<QString>(value);
+    m_text.resize(0); // keeps its memory
+    for (;;) {
+        switch (m_xml.readNext()) {
+        case QXmlStreamReader::Characters:
+        case QXmlStreamReader::EntityReference:
+            m_text.append(m_xml.text());
+            break;
+        case QXmlStreamReader::StartElement:
+            m_xml.skipCurrentElement();
+            break;
+        case QXmlStreamReader::Comment:
+        case QXmlStreamReader::ProcessingInstruction:
+            break;
+        case QXmlStreamReader::EndElement:
+            return m_xml.hasError() ? nullptr : &m_text;
+        default: // nothing else is found inside an element that is not cut off
+            return nullptr;
+        }
+    }
 }
 
-std::optional<QString> DiagnosticReader::text(const char *message)
+const QString *DiagnosticReader::text(const char *message)
 {
-    const std::optional<QString> value = text();
+    const QString *const value = text();
     if (value) {
         QLOG_DEBUG() << message << *value;
     }

@@ -6,8 +6,6 @@
 #include <QString>
 #include <QXmlStreamReader>
 
-#include <optional>
-
 class Database;
 class DatabaseItemListModel;
 class HalvarController;
@@ -43,17 +41,18 @@ private:
     void readMeasures(UD &unit);
     void readMeasure(UD &unit);
     void readBuilding();
-    std::optional<QString> readReference(DatabaseItemListModel *list, const char *imageMessage,
-                                         const char *valueMessage, const char *addedMessage,
-                                         const QString &kind);
+    const QString *readReference(DatabaseItemListModel *list, const char *imageMessage,
+                                 const char *valueMessage, const char *addedMessage, const QString &kind);
     void writeDatabase();
-    /// The current element's text; none when damage cuts it off, so that half a word is never taken for one.
-    std::optional<QString> text();
-    std::optional<QString> text(const char *message);
+    /// The current element's text, until the next one is read; null when damage cuts it off, so that half a
+    /// word is never taken for one. What child elements hold is no part of it.
+    const QString *text();
+    const QString *text(const char *message);
 
     HalvarController &m_controller;
     const Database *m_database;
     QXmlStreamReader m_xml;
+    QString m_text;
     bool m_databaseWritten = false;
 };
 
