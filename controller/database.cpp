@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "database.h"
 
-#include <QBuffer>
 #include <QFile>
 
 #include <QsLog.h>
 
+#include "bytesink.h"
 #include "damagedfile.h"
 #include "filereplace.h"
 #include "xmltext.h"
@@ -228,9 +228,9 @@ QString Database::unitPath() const
 
 QByteArray Database::unitDocument() const
 {
-    QBuffer buffer;
-    buffer.open(QIODevice::WriteOnly);
-    m_XmlStreamWriter.setDevice(&buffer);
+    QByteArray document;
+    halvar::ByteSink sink(&document);
+    m_XmlStreamWriter.setDevice(&sink);
     m_XmlStreamWriter.writeStartDocument();
     m_XmlStreamWriter.writeStartElement(QStringLiteral("database_unit"));
     writeItems(QStringLiteral("locaux"), m_LocalItemsListModel);
@@ -239,7 +239,7 @@ QByteArray Database::unitDocument() const
     writeItems(QStringLiteral("revetements"), m_RevetementItemsListModel);
     m_XmlStreamWriter.writeEndElement();
     m_XmlStreamWriter.setDevice(nullptr);
-    return buffer.data();
+    return document;
 }
 
 void Database::writeItems(const QString &section, const DatabaseItemListModel *items) const
