@@ -228,6 +228,7 @@ private slots:
         QTest::newRow("UTF-16 with CR LF") << utf16(crlf);
         QTest::newRow("CDATA") << QByteArray(whole).replace("Cuisine", "<![CDATA[Cuisine]]>");
         QTest::newRow("comments") << QByteArray(whole).replace("sine", "<!-- Mur -->sine");
+        QTest::newRow("processing instructions") << QByteArray(whole).replace("sine", "<?mur Mur?>sine");
         QTest::newRow("entities") << QByteArray(whole)
                                          .replace("<Dossier>",
                                                   "<!DOCTYPE Dossier [<!ENTITY m \"Mur\">]><Dossier>")
