@@ -1,0 +1,82 @@
+// SPDX-FileCopyrightText: 2026 Halvar Controller contributors
+// SPDX-License-Identifier: Apache-2.0
+#include "filewatch.h"
+
+#include <QFile>
+#include <QtGlobal>
+
+#include <sys/inotify.h>
+#include <unistd.h>
+
+namespace orders {
+
+namespace {
+const QByteArray BeeperLine = QByteArrayLiteral("/sys/class/gpio/gpio79/value");
+} // namespace
+
+FileWatch::FileWatch(const QByteArray &home, std::function<void(const std::string &)> tell)
+    : m_tell(std::move(tell))
+    , m_commandsFile(qgetenv("HALVAR_INSTRUMENT_COMMANDS"))
+    , m_commandsRead(QFile(QString::fromLocal8Bit(m_commandsFile)).size())
+    , m_descriptor(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC))
+    , m_beeper(watch(BeeperLine, IN_CLOSE_WRITE))
+    , m_commands(watch(m_commandsFile, IN_CLOSE_WRITE))
+{
+    m_directories.insert(watch(home + "files", IN_MOVED_TO), "files/");
+    m_directories.insert(watch(home + "shock", IN_MOVED_TO), "shock/");
+    m_directories.insert(watch("/data/lambrik", IN_MOVED_TO), "lambrik/");
+}
+
+FileWatch::~FileWatch()
+{
+    ::close(m_descriptor);
+}
+
+int FileWatch::watch(const QByteArray &path, unsigned int mask)
+{
+    const int ret = ::inotify_add_watch(m_descriptor, path.constData(), mask);
+    if (ret < 0)
+        qFatal("Cannot watch %s", path.constData());
+    return ret;
+}
+
+void FileWatch::drain()
+{
+    alignas(inotify_event) char buffer[4096];
+    for (;;) {
+        const ssize_t size = ::read(m_descriptor, buffer, sizeof buffer);
+        if (size <= 0)
+            return;
+        for (ssize_t offset = 0; offset < size;) {
+            const auto *event = reinterpret_cast<const inotify_event *>(buffer + offset);
+            happened(event->wd, event->len ? QByteArray(event->name) : QByteArray());
+            offset += ssize_t(sizeof(inotify_event) + event->len);
+        }
+    }
+}
+
+void FileWatch::happened(int watch, const QByteArray &name)
+{
+    if (watch == m_beeper) {
+        QFile line(QString::fromLatin1(BeeperLine));
+        if (!line.open(QIODevice::ReadOnly))
+            qFatal("Cannot read the beeper's line");
+        m_tell(line.read(1) == "0" ? "beeper off" : "beeper on");
+    } else if (watch == m_commands) {
+        tellNewCommands();
+    } else {
+        m_tell("file " + m_directories.value(watch).toStdString() + name.toStdString());
+    }
+}
+
+void FileWatch::tellNewCommands()
+{
+    QFile record(QString::fromLocal8Bit(m_commandsFile));
+    if (!record.open(QIODevice::ReadOnly) || !record.seek(m_commandsRead))
+        qFatal("Cannot read the record of commands");
+    while (!record.atEnd())
+        m_tell("shell " + record.readLine().trimmed().toStdString());
+    m_commandsRead = record.pos();
+}
+
+} // namespace orders
