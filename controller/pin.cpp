@@ -10,6 +10,16 @@ namespace {
 constexpr int CodeLength = 5;
 constexpr short NoDigit = -1;
 constexpr int EnableDelay = 5000; // ms
+
+/// Looks at every digit: how long it takes does not tell how many of them were right.
+bool areSame(const QVector<short> &entered, const QVector<short> &secret)
+{
+    int differences = 0;
+    for (int i = 0; i < CodeLength; ++i)
+        differences |= entered.at(i) ^ secret.at(i);
+    return differences == 0;
+}
+
 } // namespace
 
 PIN::PIN(QObject *parent)
@@ -100,7 +110,7 @@ bool PIN::checkSecret()
     if (m_entered.size() != CodeLength)
         return false;
     // An unset secret is made of what no digit is, even when a text like "-1" was entered.
-    if (!m_secret.contains(NoDigit) && m_entered == m_secret) {
+    if (!m_secret.contains(NoDigit) && areSame(m_entered, m_secret)) {
         setAccepted(true);
         QLOG_INFO() << "[Halvar Controller][PIN]: Password accepted.";
         return true;

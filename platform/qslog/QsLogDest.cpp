@@ -4,6 +4,10 @@
 
 #include <QFile>
 
+#include <cstdio>
+
+#include <sys/stat.h>
+
 #include <spdlog/pattern_formatter.h>
 #include <spdlog/sinks/basic_file_sink.h>
 #include <spdlog/sinks/rotating_file_sink.h>
@@ -12,6 +16,19 @@
 namespace QsLogging {
 
 namespace {
+
+/// A log tells what is typed and measured, and how the access point is started: a new one is its owner's
+/// only.
+spdlog::file_event_handlers ownersOnly()
+{
+    spdlog::file_event_handlers handlers;
+    handlers.after_open = [](const spdlog::filename_t &, std::FILE *file) {
+        struct stat status = {};
+        if (fstat(fileno(file), &status) == 0 && S_ISREG(status.st_mode) && status.st_size == 0)
+            fchmod(fileno(file), S_IRUSR | S_IWUSR);
+    };
+    return handlers;
+}
 
 /// Lines to a spdlog sink, which owns the file, its rotation and its flushing.
 class SinkDestination : public Destination
@@ -75,9 +92,9 @@ DestinationPtr DestinationFactory::MakeFileDestination(const QString &filePath, 
         if (rotation == EnableLogRotation)
             sink = std::make_shared<spdlog::sinks::rotating_file_sink_mt>(
                 path, static_cast<size_t>(qMax<qint64>(1, sizeInBytesToRotateAfter.size)),
-                static_cast<size_t>(qBound(0, oldLogsToKeep.count, 1000)));
+                static_cast<size_t>(qBound(0, oldLogsToKeep.count, 1000)), false, ownersOnly());
         else
-            sink = std::make_shared<spdlog::sinks::basic_file_sink_mt>(path);
+            sink = std::make_shared<spdlog::sinks::basic_file_sink_mt>(path, false, ownersOnly());
     } catch (const spdlog::spdlog_ex &) {
         sink.reset();
     }

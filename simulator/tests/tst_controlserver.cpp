@@ -5,6 +5,8 @@
 #include <QJsonDocument>
 #include <QLocalSocket>
 
+#include <sys/stat.h>
+
 #include "controlserver.h"
 
 using simulator::ControlServer;
@@ -62,6 +64,16 @@ class TstControlServer : public QObject
 {
     Q_OBJECT
 private slots:
+    void socket_isItsOwnersOnly()
+    {
+        const mode_t before = umask(0);
+        Bench bench;
+        umask(before);
+        struct stat status = {};
+        QCOMPARE(stat(QFile::encodeName(bench.name).constData(), &status), 0);
+        QCOMPARE(int(status.st_mode & 0777), 0700);
+    }
+
     void everyLine_getsOneAnswerInOrder();
     void brokenLines_areRefusedAndHarmless_data();
     void brokenLines_areRefusedAndHarmless();

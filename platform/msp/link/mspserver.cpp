@@ -2,11 +2,17 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "mspserver.h"
 
+#include <QDir>
+#include <QFile>
 #include <QLocalSocket>
+
+#include <sys/stat.h>
 
 MSPServer::MSPServer(QObject *parent)
     : QObject(parent)
 {
+    // Whoever may connect opens the shutter.
+    m_server.setSocketOptions(QLocalServer::UserAccessOption);
     connect(&m_server, &QLocalServer::newConnection, this, &MSPServer::accept);
 }
 
@@ -20,19 +26,23 @@ MSPServer::~MSPServer()
 bool MSPServer::listen(const QString &name)
 {
     m_errorString.clear();
+    // Asked first: listening takes the place of whatever stands there.
+    QLocalSocket probe;
+    probe.connectToServer(name);
+    if (probe.waitForConnected(500)) {
+        m_errorString = tr("The MSP server \"%1\" is already running.").arg(name);
+        return false;
+    }
+    // The file of a server that died: nobody listens behind it. A file of another kind is somebody's.
+    const QString path = QDir::isAbsolutePath(name) ? name : QDir(QDir::tempPath()).filePath(name);
+    struct stat status = {};
+    if (::lstat(QFile::encodeName(path).constData(), &status) == 0 && !S_ISSOCK(status.st_mode)) {
+        m_errorString = tr("The MSP server \"%1\" cannot be started: %2 is no socket.").arg(name, path);
+        return false;
+    }
+    QLocalServer::removeServer(name);
     if (m_server.listen(name))
         return true;
-    if (m_server.serverError() == QAbstractSocket::AddressInUseError) {
-        QLocalSocket probe;
-        probe.connectToServer(name);
-        if (probe.waitForConnected(500)) {
-            m_errorString = tr("The MSP server \"%1\" is already running.").arg(name);
-            return false;
-        }
-        // The file of a server that died: nobody listens behind it.
-        if (QLocalServer::removeServer(name) && m_server.listen(name))
-            return true;
-    }
     m_errorString = tr("The MSP server \"%1\" cannot be started: %2").arg(name, m_server.errorString());
     return false;
 }

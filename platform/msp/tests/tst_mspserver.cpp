@@ -4,6 +4,8 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <sys/stat.h>
+
 #include <mspserver.h>
 
 class TstMspServer : public QObject
@@ -14,7 +16,10 @@ private slots:
     void cleanup();
     void nameOfALivingServer_isRefused();
     void fileOfADeadServer_isReplaced();
+    void fileThatIsNoSocket_isLeftAlone();
     void impossibleName_isToldClearly();
+    void socket_isItsOwnersOnly_data();
+    void socket_isItsOwnersOnly();
     void request_isAnsweredOnce();
     void answerToAGoneClient_isIgnored();
     void malformedAndServerSideMessages_areReportedAndSurvived();
@@ -90,6 +95,20 @@ void TstMspServer::fileOfADeadServer_isReplaced()
     QVERIFY(client());
 }
 
+void TstMspServer::fileThatIsNoSocket_isLeftAlone()
+{
+    QFile file(m_directory->filePath(QStringLiteral("file")));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write("kept"), 4);
+    file.close();
+    MSPServer server;
+    QVERIFY(!server.listen(file.fileName()));
+    QCOMPARE(
+        server.errorString(),
+        QStringLiteral("The MSP server \"%1\" cannot be started: %1 is no socket.").arg(file.fileName()));
+    QCOMPARE(file.size(), 4);
+}
+
 void TstMspServer::impossibleName_isToldClearly()
 {
     MSPServer server;
@@ -98,6 +117,27 @@ void TstMspServer::impossibleName_isToldClearly()
     QVERIFY2(server.errorString().startsWith(
                  QStringLiteral("The MSP server \"%1\" cannot be started: ").arg(nowhere)),
              qPrintable(server.errorString()));
+}
+
+void TstMspServer::socket_isItsOwnersOnly_data()
+{
+    QTest::addColumn<int>("mask");
+    QTest::newRow("no mask") << 0;
+    QTest::newRow("usual mask") << 022;
+}
+
+void TstMspServer::socket_isItsOwnersOnly()
+{
+    QFETCH(int, mask);
+    m_server = std::make_unique<MSPServer>();
+    const mode_t before = umask(static_cast<mode_t>(mask));
+    const bool listening = m_server->listen(name());
+    umask(before);
+    QVERIFY2(listening, qPrintable(m_server->errorString()));
+    struct stat status = {};
+    QCOMPARE(stat(QFile::encodeName(m_server->fullServerName()).constData(), &status), 0);
+    QCOMPARE(int(status.st_mode & 0777), 0700);
+    QVERIFY(client());
 }
 
 void TstMspServer::request_isAnsweredOnce()

@@ -7,6 +7,7 @@
 
 #include <cstdio>
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <QsLog.h>
@@ -22,6 +23,8 @@ private slots:
     void file_holdsEachLineAtOnce();
     void file_isAppendedTo();
     void fileName_mayHoldAnyLetters();
+    void newFile_isItsOwnersOnly();
+    void oldFile_keepsItsMode();
     void rotation_keepsTheOldFilesAsked();
     void rotationWithoutOldFiles_keepsTheLastLines();
     void unwritablePath_givesAnInvalidDestination_data();
@@ -38,6 +41,12 @@ QByteArray content(const QString &path)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("cannot be read");
+}
+
+int modeOf(const QString &path)
+{
+    struct stat status = {};
+    return stat(QFile::encodeName(path).constData(), &status) == 0 ? int(status.st_mode & 0777) : -1;
 }
 
 } // namespace
@@ -70,6 +79,34 @@ void TstQsLogDest::fileName_mayHoldAnyLetters()
     const QString path = directory.filePath(QStringLiteral("journal de l'été.txt"));
     DestinationFactory::MakeFileDestination(path)->write(QStringLiteral("x"), QsLogging::InfoLevel);
     QCOMPARE(content(path), QByteArray("x\n"));
+}
+
+void TstQsLogDest::newFile_isItsOwnersOnly()
+{
+    const QTemporaryDir directory;
+    const mode_t before = umask(0);
+    DestinationFactory::MakeFileDestination(directory.filePath(QStringLiteral("log.txt")))
+        ->write(QStringLiteral("line"), QsLogging::InfoLevel);
+    const DestinationPtr rotated = DestinationFactory::MakeFileDestination(
+        directory.filePath(QStringLiteral("rotated.txt")), QsLogging::EnableLogRotation,
+        QsLogging::MaxSizeBytes(10), QsLogging::MaxOldLogCount(2));
+    for (int i = 0; i < 3; ++i)
+        rotated->write(QStringLiteral("long enough"), QsLogging::InfoLevel);
+    umask(before);
+    const QStringList files = QDir(directory.path()).entryList(QDir::Files);
+    QCOMPARE(files.size(), 4);
+    for (const QString &file : files)
+        QCOMPARE(modeOf(directory.filePath(file)), 0600);
+}
+
+void TstQsLogDest::oldFile_keepsItsMode()
+{
+    const QTemporaryDir directory;
+    const QString path = directory.filePath(QStringLiteral("log.txt"));
+    DestinationFactory::MakeFileDestination(path)->write(QStringLiteral("yesterday"), QsLogging::InfoLevel);
+    QCOMPARE(chmod(QFile::encodeName(path).constData(), 0640), 0);
+    DestinationFactory::MakeFileDestination(path)->write(QStringLiteral("today"), QsLogging::InfoLevel);
+    QCOMPARE(modeOf(path), 0640);
 }
 
 void TstQsLogDest::rotation_keepsTheOldFilesAsked()
