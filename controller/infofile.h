@@ -19,7 +19,7 @@ struct InstrumentVersions
     QString mspServer;
 };
 
-/// The six lines of the file, UTF-8.
+/// The six lines of the file, UTF-8. Line ends and other control characters in a value become blanks.
 HALVAR_EXPORT QByteArray infoFileContent(const InstrumentVersions &versions);
 
 } // namespace halvar

@@ -31,6 +31,19 @@ private slots:
                             "MSP server version\t\n"
                             "Marten version\t\tv1.4.0\n"));
     }
+
+    void lineEndInAValue_makesNoLine()
+    {
+        QCOMPARE(
+            halvar::infoFileContent({QStringLiteral("HV\nController version\tv9"), QStringLiteral("v4.0.9"),
+                                     QStringLiteral("1\r\n2"), QStringLiteral("3\u20284")}),
+            QByteArray("Zoltv1\n"
+                       "Serial Number\t\tHV Controller version v9\n"
+                       "Controller version\tv4.0.9\n"
+                       "MSP Firmware version\t1  2\n"
+                       "MSP server version\t3 4\n"
+                       "Marten version\t\tv1.4.0\n"));
+    }
 };
 
 QTEST_APPLESS_MAIN(TstInfoFile)
