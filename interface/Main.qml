@@ -25,8 +25,16 @@ ApplicationWindow {
     Component.onCompleted: {
         Theme.night = night;
         Nav.stack = stack;
-        if (!controller.waitingForGo)
-            Nav.replaceAll("PinScreen");
+        go();
+    }
+
+    // Out of the hold-off, once.
+    property bool held: true
+    function go() {
+        if (!held || controller.waitingForGo)
+            return;
+        held = false;
+        Nav.replaceAll("PinScreen");
     }
 
     StatusBar {
@@ -71,9 +79,6 @@ ApplicationWindow {
     }
     Connections {
         target: controller
-        function onWaitingForGoUpdated() {
-            if (!controller.waitingForGo)
-                Nav.replaceAll("PinScreen");
-        }
+        function onWaitingForGoUpdated() { window.go(); }
     }
 }

@@ -11,7 +11,7 @@ Item {
     property StackView stack
     // True for a moment after a change of screen: the second tap of a double tap must not land on the new one.
     readonly property bool settling: pause.running
-    readonly property int settlingTime: 250
+    property int settlingTime: 250
 
     signal said(string text)
 

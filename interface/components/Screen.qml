@@ -72,6 +72,8 @@ FocusScope {
                 text: screen.title
                 color: Theme.text
                 font { pixelSize: Theme.fontLarge; weight: Font.DemiBold }
+                fontSizeMode: Text.HorizontalFit
+                minimumPixelSize: Theme.fontSmall
                 elide: Text.ElideRight
                 textFormat: Text.PlainText
                 Accessible.role: Accessible.Heading

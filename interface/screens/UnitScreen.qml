@@ -15,11 +15,14 @@ MeasuringScreen {
     property QtObject unit: uds.get(row)
     readonly property int statut: unit ? unit.statut : UDStatutEnumClass.RAW
 
-    title: unit ? Words.unitTitle(unit.zone, unit.element) : ""
+    title: {
+        if (!unit)
+            return "";
+        return unit.element === "" ? qsTr("Zone %1").arg(Words.zone(unit.zone)) : Words.unitTitle(unit.zone, unit.element);
+    }
     subtitle: unit ? (unit.identifier > 0 ? qsTr("%1 · unité n° %2").arg(unit.local).arg(unit.identifier) : unit.local) : ""
     actions: SignChip {
         objectName: "statut"
-        large: true
         sign: Words.statutSign(screen.statut)
         word: Words.statut(screen.statut)
         tint: Words.statutColor(screen.statut)

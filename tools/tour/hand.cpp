@@ -187,6 +187,16 @@ QString Hand::screen() const
 
 void Hand::inEveryAppearance(const std::function<void(const QString &)> &look)
 {
+    inAppearances({false, true}, look);
+}
+
+void Hand::inBothOrientations(const std::function<void(const QString &)> &look)
+{
+    inAppearances({false}, look);
+}
+
+void Hand::inAppearances(std::initializer_list<bool> nights, const std::function<void(const QString &)> &look)
+{
     const QSize size = m_window->size();
     const bool night = m_window->property("night").toBool();
     waitFor([this] { return m_window->isExposed(); }, QStringLiteral("the window is to be shown"));
@@ -195,7 +205,7 @@ void Hand::inEveryAppearance(const std::function<void(const QString &)> &look)
         m_window->resize(wanted);
         waitFor([&] { return m_window->contentItem()->size().toSize() == wanted; },
                 QStringLiteral("the window is to get its size"));
-        for (const bool dark : {false, true}) {
+        for (const bool dark : nights) {
             m_window->setProperty("night", dark);
             pause(60);
             look(QStringLiteral("%1-%2").arg(landscape ? QStringLiteral("landscape")

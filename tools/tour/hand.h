@@ -10,6 +10,7 @@
 #include <QStringList>
 
 #include <functional>
+#include <initializer_list>
 
 class QQuickItem;
 class QQuickWindow;
@@ -50,12 +51,15 @@ public:
 
     /// Runs \p look in portrait and landscape, by day and by night; the window is afterwards as before.
     void inEveryAppearance(const std::function<void(const QString &appearance)> &look);
+    /// The same by day only: where things lie does not depend on the colours.
+    void inBothOrientations(const std::function<void(const QString &appearance)> &look);
 
     QQuickWindow *window() const { return m_window; }
 
     static constexpr int patience = 8000; ///< ms
 
 private:
+    void inAppearances(std::initializer_list<bool> nights, const std::function<void(const QString &)> &look);
     void reveal(QQuickItem *item) const;
     QPoint pointOf(const QQuickItem *item) const;
 
