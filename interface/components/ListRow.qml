@@ -21,9 +21,9 @@ AbstractButton {
     focusPolicy: Qt.StrongFocus
     Accessible.role: Accessible.ListItem
     Accessible.name: detail === "" ? heading : heading + ", " + detail
-    Accessible.onPressAction: click()
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Accessible.onPressAction: clicked()
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
     onClicked: {
         if (ListView.view)
             ListView.view.currentIndex = index;

@@ -31,9 +31,9 @@ AbstractButton {
     focusPolicy: Qt.StrongFocus
     Accessible.role: Accessible.ListItem
     Accessible.name: face.Accessible.name + (noted === "" ? "" : ", " + noted)
-    Accessible.onPressAction: click()
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Accessible.onPressAction: clicked()
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
     onClicked: Nav.open("MeasureScreen", { measure: qtObject, number: number })
 
     background: Rectangle {

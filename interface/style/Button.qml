@@ -19,8 +19,8 @@ T.Button {
 
     Accessible.role: Accessible.Button
     Accessible.name: text
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
 
     readonly property color ink: !enabled ? Theme.disabledInk : highlighted ? Theme.primaryInk : Theme.primary
 

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "showcase.h"
 
+#include <QColor>
 #include <QDir>
 #include <QFile>
 #include <QProcess>
@@ -64,8 +65,10 @@ Showcase::Showcase(const QLocale &locale)
     QQmlComponent component(&interface->engine());
     component.setData("import QtQml 2.15\n"
                       "import HalvarComponents 1.0\n"
+                      "import HalvarStyle 1.0\n"
                       "QtObject {\n"
                       "  function open(name, properties) { return Nav.open(name, properties); }\n"
+                      "  function colour(name) { return Theme[name]; }\n"
                       "  function settleAtOnce() { Nav.settlingTime = 1; }\n"
                       "}\n",
                       QUrl());
@@ -93,6 +96,14 @@ void Showcase::unlock()
 void Showcase::settleAtOnce()
 {
     QMetaObject::invokeMethod(m_script.get(), "settleAtOnce");
+}
+
+QColor Showcase::colour(const QString &name) const
+{
+    QVariant colour;
+    QMetaObject::invokeMethod(m_script.get(), "colour", Q_RETURN_ARG(QVariant, colour),
+                              Q_ARG(QVariant, QVariant(name)));
+    return colour.value<QColor>();
 }
 
 void Showcase::open(const QString &screen, const QVariantMap &properties)

@@ -3,6 +3,8 @@
 #ifndef SHOWCASE_H
 #define SHOWCASE_H
 
+#include <QColor>
+
 #include <memory>
 
 #include <interface.h>
@@ -33,6 +35,8 @@ public:
     void settleAtOnce();
     /// Opens a screen as Nav.open() does. \param properties may hold QML objects.
     void open(const QString &screen, const QVariantMap &properties = {});
+    /// A colour of Theme, as it is now.
+    QColor colour(const QString &name) const;
     /// One of the objects that QML sees.
     QVariant object(const QString &name) const;
 

@@ -98,8 +98,12 @@ QStringList lookAtAll(Showcase &showcase, const QString &room, Strictness strict
     return found;
 }
 
+// The list is made once: a macro's argument is not.
 #define VERIFY_NOTHING_FOUND(found)                                                                          \
-    QVERIFY2((found).isEmpty(), qUtf8Printable(QLatin1Char('\n') + (found).join(QLatin1Char('\n'))))
+    do {                                                                                                     \
+        const QStringList list = (found);                                                                    \
+        QVERIFY2(list.isEmpty(), qUtf8Printable(QLatin1Char('\n') + list.join(QLatin1Char('\n'))));          \
+    } while (false)
 
 } // namespace
 

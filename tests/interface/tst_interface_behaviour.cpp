@@ -1,0 +1,441 @@
+// SPDX-FileCopyrightText: 2026 Halvar Controller contributors
+// SPDX-License-Identifier: Apache-2.0
+//
+// What the screens do with what operators, files and the instrument do to them.
+#include <QFile>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QtMath>
+#include <QtTest>
+
+#include <databaseitemlistmodel.h>
+#include <failure.h>
+#include <halvar-error.h>
+#include <nap/records.h>
+#include <pin.h>
+#include <ud.h>
+#include <udlistmodel.h>
+
+#include "eye.h"
+#include "showcase.h"
+
+namespace nap = com::halvar::nap;
+
+namespace {
+
+bool isSaid(const Showcase &showcase, const QString &text)
+{
+    const QList<QQuickItem *> items = visibleItems(showcase.window->contentItem());
+    return std::any_of(items.begin(), items.end(), [&](const QQuickItem *item) {
+        return item->property("text").toString().contains(text);
+    });
+}
+
+QQuickItem *itemNamed(const Showcase &showcase, const QString &name)
+{
+    const QList<QQuickItem *> items = visibleItems(showcase.window->contentItem());
+    for (QQuickItem *item : items) {
+        if (item->objectName() == name)
+            return item;
+    }
+    throw Failure{QStringLiteral("there is no %1").arg(name)};
+}
+
+/// The delegates of a list that exist, shown or put aside for the next row.
+int delegatesOf(QQuickItem *list)
+{
+    auto *content = list->property("contentItem").value<QQuickItem *>();
+    int count = 0;
+    const QList<QQuickItem *> children = content->childItems();
+    for (const QQuickItem *child : children)
+        count += child->inherits("QQuickAbstractButton") ? 1 : 0;
+    return count;
+}
+
+/// WCAG's relative luminance, and the contrast of two colours, 1 to 21.
+double luminance(const QColor &color)
+{
+    const auto channel = [](double c) { return c <= 0.03928 ? c / 12.92 : qPow((c + 0.055) / 1.055, 2.4); };
+    return 0.2126 * channel(color.redF()) + 0.7152 * channel(color.greenF())
+        + 0.0722 * channel(color.blueF());
+}
+
+double contrast(const QColor &a, const QColor &b)
+{
+    const double la = luminance(a);
+    const double lb = luminance(b);
+    return (qMax(la, lb) + 0.05) / (qMin(la, lb) + 0.05);
+}
+
+} // namespace
+
+class TstInterfaceBehaviour : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void temperatureAndVoltage_areTrueWhicheverChanges();
+    void threeWrongCodes_restTheKeypad();
+    void disabledPin_takesNoDigit();
+    void doubleTap_opensOneScreenOnly();
+    void keysAlone_leadThroughTheScreens();
+    void textInANumberField_isRefusedAndSaid();
+    void badNameOfADiagnostic_isRefusedWithItsReason_data();
+    void badNameOfADiagnostic_isRefusedWithItsReason();
+    void damagedFile_isOpenedOnlyWhenConfirmed();
+    void room_isFoundWithoutAccentsAndOnlyWhenActivated();
+    void newRoom_isKeptInTheDatabase();
+    void unitWithAResult_putsTheTriggerAside();
+    void tenThousandUnits_needNoMoreDelegatesThanFit();
+    void colours_keepTheirContrast();
+
+private:
+    std::unique_ptr<Showcase> m_showcase;
+};
+
+void TstInterfaceBehaviour::init()
+{
+    Showcase::fillHome();
+    m_showcase = std::make_unique<Showcase>();
+    m_showcase->settleAtOnce();
+}
+
+void TstInterfaceBehaviour::cleanup()
+{
+    const QStringList warnings = m_showcase->watch.warnings();
+    m_showcase.reset();
+    QVERIFY2(warnings.isEmpty(), qUtf8Printable(warnings.join(QLatin1Char('\n'))));
+}
+
+void TstInterfaceBehaviour::temperatureAndVoltage_areTrueWhicheverChanges()
+{
+    Showcase &showcase = *m_showcase;
+    const auto tell = [&showcase](double temperature, double voltage) {
+        nap::AcqConditions conditions;
+        conditions.set_readyForAcquisition(true);
+        conditions.set_temperature(temperature);
+        conditions.set_acceleratingVoltage(voltage);
+        showcase->nap_AcqConditions(conditions);
+    };
+    tell(21, 1200);
+    QVERIFY(isSaid(showcase, QStringLiteral("21 °C · 1200 V")));
+    tell(27, 1200);
+    QVERIFY(isSaid(showcase, QStringLiteral("27 °C · 1200 V")));
+    tell(27, 1188);
+    QVERIFY(isSaid(showcase, QStringLiteral("27 °C · 1188 V")));
+}
+
+void TstInterfaceBehaviour::threeWrongCodes_restTheKeypad()
+try {
+    Showcase &showcase = *m_showcase;
+    showcase->waitingForGo();
+    showcase.hand->waitForScreen(QStringLiteral("PinScreen"));
+    for (int attempt = 0; attempt < 3; ++attempt) {
+        for (int digit = 0; digit < 5; ++digit)
+            showcase.hand->tap(QStringLiteral("9"));
+        QVERIFY(isSaid(showcase, QStringLiteral("Code refusé. Essais restants : %1").arg(2 - attempt)));
+        QTRY_COMPARE(showcase->pin->property("nbDigits").toInt(), 0);
+    }
+    QTRY_VERIFY(isSaid(showcase, QStringLiteral("Saisie bloquée")));
+    QVERIFY(!showcase.hand->see(QStringLiteral("9")));
+    showcase.hand->key(Qt::Key_9);
+    QCOMPARE(showcase->pin->property("nbDigits").toInt(), 0);
+    // The keypad comes back by itself, and the right code is taken.
+    showcase.hand->find(QStringLiteral("9"));
+    for (const char *digit : {"1", "2", "3", "4", "5"})
+        showcase.hand->tap(QLatin1String(digit));
+    showcase.hand->waitForScreen(QStringLiteral("HomeScreen"));
+} catch (const Failure &failure) {
+    QFAIL(qUtf8Printable(failure.text));
+}
+
+void TstInterfaceBehaviour::disabledPin_takesNoDigit()
+try {
+    Showcase &showcase = *m_showcase;
+    showcase->waitingForGo();
+    showcase.hand->waitForScreen(QStringLiteral("PinScreen"));
+    showcase->pin->setDisabled(true);
+    QVERIFY(isSaid(showcase, QStringLiteral("Saisie bloquée")));
+    QVERIFY(!showcase.hand->see(QStringLiteral("1")));
+    showcase->pin->enable();
+    showcase.hand->tap(QStringLiteral("1"));
+    QCOMPARE(showcase->pin->property("nbDigits").toInt(), 1);
+} catch (const Failure &failure) {
+    QFAIL(qUtf8Printable(failure.text));
+}
+
+void TstInterfaceBehaviour::doubleTap_opensOneScreenOnly()
+try {
+    // With the pause that an operator has.
+    m_showcase.reset();
+    m_showcase = std::make_unique<Showcase>();
+    Showcase &showcase = *m_showcase;
+    showcase.unlock();
+    QQuickItem *tile = showcase.hand->find(QStringLiteral("Diagnostics"));
+    const QPoint point = tile->mapToScene(QPointF(tile->width() / 2, tile->height() / 2)).toPoint();
+    QTest::mouseClick(showcase.window, Qt::LeftButton, {}, point);
+    QTest::mouseClick(showcase.window, Qt::LeftButton, {}, point);
+    showcase.hand->waitForScreen(QStringLiteral("DiagnosticsScreen"));
+    showcase.hand->pause(100);
+    // The second tap would have opened what now lies there.
+    QCOMPARE(showcase.hand->screen(), QStringLiteral("DiagnosticsScreen"));
+    showcase.hand->tap(QStringLiteral("back"));
+    showcase.hand->waitForScreen(QStringLiteral("HomeScreen"));
+} catch (const Failure &failure) {
+    QFAIL(qUtf8Printable(failure.text));
+}
+
+void TstInterfaceBehaviour::keysAlone_leadThroughTheScreens()
+try {
+    Showcase &showcase = *m_showcase;
+    showcase.unlock();
+    const auto focused = [&showcase] {
+        const QQuickItem *item = showcase.window->activeFocusItem();
+        return item ? wordsOf(item) : QString();
+    };
+    for (int i = 0; i < 20 && focused() != QLatin1String("Diagnostics"); ++i)
+        showcase.hand->key(Qt::Key_Tab);
+    QCOMPARE(focused(), QStringLiteral("Diagnostics"));
+    showcase.hand->key(Qt::Key_Return);
+    showcase.hand->waitForScreen(QStringLiteral("DiagnosticsScreen"));
+    for (int i = 0; i < 20 && showcase.window->activeFocusItem()->property("heading").toString().isEmpty();
+         ++i)
+        showcase.hand->key(Qt::Key_Tab);
+    const QString first = focused();
+    showcase.hand->key(Qt::Key_Down);
+    QVERIFY(!focused().isEmpty());
+    QVERIFY(focused() != first);
+    showcase.hand->key(Qt::Key_Up);
+    QCOMPARE(focused(), first);
+    showcase.hand->key(Qt::Key_Return);
+    showcase.hand->waitForScreen(QStringLiteral("DiagnosticScreen"));
+    showcase.hand->key(Qt::Key_Back);
+    showcase.hand->waitForScreen(QStringLiteral("DiagnosticsScreen"));
+    showcase.hand->key(Qt::Key_Escape);
+    showcase.hand->waitForScreen(QStringLiteral("HomeScreen"));
+} catch (const Failure &failure) {
+    QFAIL(qUtf8Printable(failure.text));
+}
+
+void TstInterfaceBehaviour::textInANumberField_isRefusedAndSaid()
+try {
+    Showcase &showcase = *m_showcase;
+    showcase.unlock();
+    showcase.open(QStringLiteral("SettingsScreen"));
+    const int before = showcase->measureTime();
+    showcase.hand->fill(QStringLiteral("measureTimeField"), QStringLiteral("douze"));
+    showcase.hand->key(Qt::Key_Return);
+    QVERIFY(isSaid(showcase, QStringLiteral("un nombre de 1 à 120")));
+    QCOMPARE(showcase->measureTime(), before);
+    QCOMPARE(itemNamed(showcase, QStringLiteral("measureTimeField"))->property("text").toString(),
+             QString::number(before));
+    showcase.hand->fill(QStringLiteral("measureTimeField"), QStringLiteral("12"));
+    showcase.hand->key(Qt::Key_Return);
+    QCOMPARE(showcase->measureTime(), 12);
+    showcase.hand->fill(QStringLiteral("measureTimeField"), QStringLiteral("999999"));
+    showcase.hand->key(Qt::Key_Return);
+    QCOMPARE(showcase->measureTime(), 120);
+} catch (const Failure &failure) {
+    QFAIL(qUtf8Printable(failure.text));
+}
+
+void TstInterfaceBehaviour::badNameOfADiagnostic_isRefusedWithItsReason_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("reason");
+    QTest::newRow("empty") << ""
+                           << "Donnez un nom";
+    QTest::newRow("blanks") << "   "
+                            << "Donnez un nom";
+    QTest::newRow("slash") << "../../etc/passwd"
+                           << "ne peut pas contenir";
+    QTest::newRow("500 characters") << QString(500, QLatin1Char('a')) << "trop long";
+    // Fewer than 255 characters, but not bytes.
+    QTest::newRow("130 accents") << QString(130, QChar(0xe9)) << "trop long";
+    QTest::newRow("there already") << "Cave-7"
+                                   << "porte déjà ce nom";
+}
+
+void TstInterfaceBehaviour::badNameOfADiagnostic_isRefusedWithItsReason()
+try {
+    QFETCH(QString, name);
+    QFETCH(QString, reason);
+    Showcase &showcase = *m_showcase;
+    showcase.unlock();
+    showcase.open(QStringLiteral("NewDiagnosticScreen"));
+    showcase.hand->fill(QStringLiteral("name"), name);
+    showcase.hand->tap(QStringLiteral("create"));
+    QCOMPARE(showcase.hand->screen(), QStringLiteral("NewDiagnosticScreen"));
+    QVERIFY(isSaid(showcase, reason));
+    QCOMPARE(showcase->fileName(), QString());
+} catch (const Failure &failure) {
+    QFAIL(qUtf8Printable(failure.text));
+}
+
+void TstInterfaceBehaviour::damagedFile_isOpenedOnlyWhenConfirmed()
+try {
+    Showcase &showcase = *m_showcase;
+    QFile whole(Showcase::home() + QStringLiteral("files/Cave-7.xml"));
+    QVERIFY(whole.open(QIODevice::ReadOnly));
+    QFile cut(Showcase::home() + QStringLiteral("files/Coupure.xml"));
+    QVERIFY(cut.open(QIODevice::WriteOnly));
+    cut.write(whole.read(2500));
+    cut.close();
+    showcase.unlock();
+    showcase.open(QStringLiteral("DiagnosticsScreen"));
+    showcase.hand->tap(QStringLiteral("Coupure"));
+    showcase.hand->find(QStringLiteral("yes"));
+    QVERIFY(isSaid(showcase, QStringLiteral("n'est pas lisible en entier")));
+    showcase.hand->tap(QStringLiteral("no"));
+    showcase.hand->pause(50);
+    QCOMPARE(showcase.hand->screen(), QStringLiteral("DiagnosticsScreen"));
+    QCOMPARE(showcase->uds->count(), 0);
+    showcase.hand->tap(QStringLiteral("Coupure"));
+    showcase.hand->tap(QStringLiteral("yes"));
+    showcase.hand->waitForScreen(QStringLiteral("DiagnosticScreen"));
+    QVERIFY(showcase->uds->count() > 0);
+} catch (const Failure &failure) {
+    QFAIL(qUtf8Printable(failure.text));
+}
+
+void TstInterfaceBehaviour::room_isFoundWithoutAccentsAndOnlyWhenActivated()
+try {
+    Showcase &showcase = *m_showcase;
+    showcase.unlock();
+    showcase.open(QStringLiteral("PickScreen"),
+                  {{QStringLiteral("items"), showcase.object(QStringLiteral("rooms"))}});
+    showcase.hand->fill(QStringLiteral("search"), QStringLiteral("DEGAG"));
+    showcase.hand->find(QStringLiteral("Dégagement"));
+    QVERIFY(!showcase.hand->see(QStringLiteral("Séjour")));
+    // Put aside in the sample database.
+    showcase.hand->fill(QStringLiteral("search"), QStringLiteral("Chaufferie"));
+    showcase.hand->find(QStringLiteral("Ajouter « Chaufferie »"));
+    QVERIFY(!showcase.hand->see(QStringLiteral("Chaufferie")));
+    const int before = showcase.database.m_LocalItemsListModel->count();
+    showcase.hand->tap(QStringLiteral("addNew"));
+    showcase.hand->waitForScreen(QStringLiteral("HomeScreen"));
+    // Taken out again, not doubled.
+    QCOMPARE(showcase.database.m_LocalItemsListModel->count(), before);
+} catch (const Failure &failure) {
+    QFAIL(qUtf8Printable(failure.text));
+}
+
+void TstInterfaceBehaviour::newRoom_isKeptInTheDatabase()
+try {
+    Showcase &showcase = *m_showcase;
+    showcase.unlock();
+    showcase.open(QStringLiteral("RoomsScreen"));
+    showcase.hand->tap(QStringLiteral("addRoom"));
+    showcase.hand->waitForScreen(QStringLiteral("PickScreen"));
+    showcase.hand->fill(QStringLiteral("search"), QStringLiteral("Atelier d'été"));
+    showcase.hand->tap(QStringLiteral("addNew"));
+    showcase.hand->waitForScreen(QStringLiteral("UnitsScreen"));
+    QFile file(Showcase::home() + QStringLiteral("database/database_unit.xml"));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QVERIFY(file.readAll().contains("Atelier d'été"));
+} catch (const Failure &failure) {
+    QFAIL(qUtf8Printable(failure.text));
+}
+
+void TstInterfaceBehaviour::unitWithAResult_putsTheTriggerAside()
+try {
+    Showcase &showcase = *m_showcase;
+    showcase.unlock();
+    SentCommands commands(showcase.controller.get());
+    for (const UDStatutEnumClass::UDStatut statut : {UDStatutEnumClass::RAW, UDStatutEnumClass::POSITIVE}) {
+        auto *unit = new UD;
+        unit->setLocal(QStringLiteral("Cuisine"));
+        unit->setStatut(statut);
+        showcase->uds->append(unit);
+    }
+    showcase.open(QStringLiteral("UnitScreen"), {{QStringLiteral("row"), 0}});
+    QVERIFY(isSaid(showcase, QStringLiteral("Prêt à mesurer")));
+    QCOMPARE(commands.commands, QList<int>{MSPClient::RUN_HARD});
+    showcase.hand->key(Qt::Key_Escape);
+    showcase.hand->waitForScreen(QStringLiteral("HomeScreen"));
+    QCOMPARE(commands.commands.last(), int(MSPClient::ABORT));
+    commands.commands.clear();
+    showcase.open(QStringLiteral("UnitScreen"), {{QStringLiteral("row"), 1}});
+    QVERIFY(isSaid(showcase, QStringLiteral("En veille")));
+    QVERIFY(!commands.commands.contains(MSPClient::RUN_HARD));
+    showcase.hand->tap(QStringLiteral("Remesurer"));
+    QCOMPARE(commands.commands.last(), int(MSPClient::RUN_HARD));
+} catch (const Failure &failure) {
+    QFAIL(qUtf8Printable(failure.text));
+}
+
+void TstInterfaceBehaviour::tenThousandUnits_needNoMoreDelegatesThanFit()
+try {
+    Showcase &showcase = *m_showcase;
+    showcase.unlock();
+    // 9,000 in one room, the others in 199.
+    constexpr int rooms = 200;
+    constexpr int units = 10000;
+    for (int room = 1; room < rooms; ++room)
+        showcase.database.m_LocalItemsListModel->add(QStringLiteral("Pièce %1").arg(room), QString(),
+                                                     QStringLiteral("locaux"));
+    for (int i = 0; i < units; ++i) {
+        auto *unit = new UD;
+        unit->setLocal(i < 9000 ? QStringLiteral("Cuisine")
+                                : QStringLiteral("Pièce %1").arg(1 + i % (rooms - 1)));
+        unit->setElement(QStringLiteral("Mur"));
+        showcase->uds->append(unit);
+    }
+    // Rows of 64 px and more on 720 px, and one above and below.
+    constexpr int fit = 14;
+    showcase.open(QStringLiteral("RoomsScreen"));
+    QQuickItem *list = itemNamed(showcase, QStringLiteral("roomList"));
+    QCOMPARE(list->property("count").toInt(), rooms);
+    QVERIFY2(delegatesOf(list) <= fit, qPrintable(QString::number(delegatesOf(list))));
+
+    showcase.open(QStringLiteral("UnitsScreen"), {{QStringLiteral("room"), QStringLiteral("Cuisine")}});
+    list = itemNamed(showcase, QStringLiteral("unitList"));
+    QCOMPARE(list->property("count").toInt(), 9000);
+    QVERIFY(delegatesOf(list) > 4);
+    QVERIFY2(delegatesOf(list) <= fit, qPrintable(QString::number(delegatesOf(list))));
+    // All the way down, screen by screen: delegates are used again.
+    QSet<const QQuickItem *> made;
+    auto *content = list->property("contentItem").value<QQuickItem *>();
+    const double height = list->property("contentHeight").toDouble();
+    for (double y = 0; y < height; y += list->height() * 7) {
+        list->setProperty("contentY", y);
+        showcase.hand->pause(1);
+        const QList<QQuickItem *> children = content->childItems();
+        for (const QQuickItem *child : children)
+            made.insert(child);
+        QVERIFY2(delegatesOf(list) <= 2 * fit, qPrintable(QString::number(delegatesOf(list))));
+    }
+    QVERIFY2(made.size() <= 3 * fit, qPrintable(QString::number(made.size())));
+} catch (const Failure &failure) {
+    QFAIL(qUtf8Printable(failure.text));
+}
+
+void TstInterfaceBehaviour::colours_keepTheirContrast()
+{
+    QVector<QPair<const char *, const char *>> pairs{{"primaryInk", "primary"}, {"signInk", "positive"},
+                                                     {"signInk", "negative"},   {"signInk", "undecided"},
+                                                     {"signInk", "neutral"},    {"alarmInk", "alarm"},
+                                                     {"warningInk", "warning"}, {"text", "surfacePressed"}};
+    for (const char *ink :
+         {"text", "textSecondary", "primary", "positive", "negative", "undecided", "alarm"}) {
+        for (const char *paper : {"background", "surface"})
+            pairs.append(qMakePair(ink, paper));
+    }
+    for (const bool night : {false, true}) {
+        m_showcase->window->setProperty("night", night);
+        for (const auto &[ink, paper] : qAsConst(pairs)) {
+            const double found =
+                contrast(m_showcase->colour(QLatin1String(ink)), m_showcase->colour(QLatin1String(paper)));
+            QVERIFY2(found >= 7,
+                     qPrintable(QStringLiteral("%1 on %2 has %3 by %4")
+                                    .arg(QLatin1String(ink), QLatin1String(paper))
+                                    .arg(found)
+                                    .arg(night ? QStringLiteral("night") : QStringLiteral("day"))));
+        }
+    }
+}
+
+QTEST_MAIN(TstInterfaceBehaviour)
+#include "tst_interface_behaviour.moc"
