@@ -99,6 +99,11 @@ std::string linkEvent(const Event &e)
         return "the service's calibration date is day " + std::to_string(e.number);
     case Kind::AnswerStatus:
         return "the service answers " + e.text + " with " + std::to_string(e.number);
+    case Kind::BatteryVoltage:
+        return "the battery's gauge gives "
+            + (e.number == -1       ? "nothing"
+                   : e.number == -2 ? "no number"
+                                    : std::to_string(e.number));
     case Kind::Wait:
         return std::to_string(e.number) + " ms pass";
     default:
@@ -155,8 +160,10 @@ std::string setterEvent(const Event &e)
         return "coulures = " + flag(e.flag);
     case Kind::WriteHumidite:
         return "humidite = " + flag(e.flag);
-    default:
+    case Kind::WriteEditionMode:
         return "editionMode = " + flag(e.flag);
+    default:
+        return e.flag ? "home = the other one" : "home = the first one";
     }
 }
 
@@ -191,8 +198,14 @@ std::string slotEvent(const Event &e)
         return call("shutdown");
     case Kind::InitFile:
         return call("initFile");
-    default:
+    case Kind::SaveFile:
         return call("saveFile");
+    case Kind::LoadFile:
+        return call("loadFile", quoted(e.text));
+    case Kind::RemoveFile:
+        return call("removeFile", quoted(e.text));
+    default:
+        return call("removeMeasureFiles");
     }
 }
 
@@ -251,6 +264,13 @@ std::string companionEvent(const Event &e)
         return call("directMeasures.remove", e.number);
     case Kind::ClearDirect:
         return call("directMeasures.clear");
+    case Kind::DeleteUnit:
+        return "somebody deletes uds[" + std::to_string(e.number) + ']';
+    case Kind::DeleteUnitMeasure:
+        return "somebody deletes uds[" + std::to_string(e.number) + "].measures[" + std::to_string(e.code)
+            + ']';
+    case Kind::DeleteDirect:
+        return "somebody deletes directMeasures[" + std::to_string(e.number) + ']';
     default:
         return "directMeasures[" + std::to_string(e.number) + "]: localisation and degradation "
             + std::to_string(e.code) + ", conservation " + quoted(e.text);
@@ -275,10 +295,10 @@ std::string toText(const Event &event)
     if (event.kind == Kind::CalibrationDate)
         return slotEvent(event);
     if (event.kind <= Kind::WaitForTimer)
-        return linkEvent(event);
-    if (event.kind <= Kind::WriteEditionMode)
+        return linkEvent(event) + (event.held ? ", on its way" : "");
+    if (event.kind <= Kind::WriteHome)
         return setterEvent(event);
-    if (event.kind <= Kind::SaveFile)
+    if (event.kind <= Kind::RemoveMeasureFiles)
         return slotEvent(event);
     return companionEvent(event);
 }

@@ -41,6 +41,7 @@ enum class Kind {
     AnswerDate, ///< number: day of a month
     AnswerStatus, ///< text: operation, number: status
     // Time
+    BatteryVoltage, ///< number: in microvolts, -1: no gauge, -2: unreadable
     Wait, ///< number: ms
     WaitForTimer, ///< up to the next expiry, a minute at most
     // Setters and writable properties
@@ -68,6 +69,7 @@ enum class Kind {
     WriteCoulures, ///< flag
     WriteHumidite, ///< flag
     WriteEditionMode, ///< flag
+    WriteHome, ///< flag: the other one
     // Slots and invokable operations
     StartAccuracyCheck,
     StopAccuracyCheck,
@@ -83,6 +85,9 @@ enum class Kind {
     Shutdown,
     InitFile,
     SaveFile,
+    LoadFile, ///< text: name of a diagnostic, saved or not
+    RemoveFile, ///< text: the same
+    RemoveMeasureFiles,
     // Companions
     PinDigit, ///< text
     PinClearDigit,
@@ -110,6 +115,9 @@ enum class Kind {
     RemoveUnitMeasure, ///< number: row of the unit, code: row
     RemoveDirect, ///< number: row
     ClearDirect,
+    DeleteUnit, ///< number: row; by somebody else, as are the next two
+    DeleteUnitMeasure, ///< number: row of the unit, code: row
+    DeleteDirect, ///< number: row
     NoteMeasure, ///< number: row in the direct list, code: localisation, degradation; text
     KindCount
 };
@@ -123,10 +131,17 @@ struct Event
     bool flag = false;
     bool shock = false;
     bool shutter = false;
+    bool held = false; ///< from a link: still on its way when the next event happens
     double value = 0;
     double sigma = 0;
     std::string text;
 };
+
+/// Whether events of this kind come through a link, and can be held.
+inline bool isFromLink(Kind kind)
+{
+    return kind <= Kind::OtherMessage;
+}
 
 struct Sequence
 {

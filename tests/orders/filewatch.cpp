@@ -23,6 +23,7 @@ FileWatch::FileWatch(const QByteArray &home, std::function<void(const std::strin
     , m_commands(watch(m_commandsFile, IN_CLOSE_WRITE))
 {
     m_directories.insert(watch(home + "files", IN_MOVED_TO), "files/");
+    m_directories.insert(watch(home + "other/files", IN_MOVED_TO), "other/files/");
     m_directories.insert(watch(home + "shock", IN_MOVED_TO), "shock/");
     m_directories.insert(watch("/data/lambrik", IN_MOVED_TO), "lambrik/");
 }

@@ -149,9 +149,10 @@ Event Generator::make(Kind kind)
     Event ret;
     ret.kind = kind;
     ret.flag = chance(50);
+    ret.held = isFromLink(kind) && chance(10);
     if (kind <= Kind::WaitForTimer)
         makeLink(ret);
-    else if (kind <= Kind::WriteEditionMode)
+    else if (kind <= Kind::WriteHome)
         makeSetting(ret);
     else
         makeCompanion(ret);
@@ -204,6 +205,9 @@ void Generator::makeLink(Event &e)
         e.text = oneOf({"getLastMeasure", "getLastCalibrationDate", "startMeasure", "requestStopMeasure",
                         "abort", "startAccuracyCheck", "startCalibration", "sendLastStatus"});
         e.number = oneOf({0, 0, 1, -1, -1000014});
+        break;
+    case Kind::BatteryVoltage:
+        e.number = oneOf({-2, -1, 3300000, 3300001, 3500000, 3500001, 3700000, 3700001, 3900000, 3900001});
         break;
     case Kind::Wait:
         e.number = oneOf({0, 1, 499, 500, 1000, 1999, 2000, 2500, 5000, 60000});
@@ -295,6 +299,16 @@ void Generator::makeCompanion(Event &e)
         e.code = below(4);
         e.text = oneOf({"", "Salon", "fissure"});
         break;
+    case Kind::LoadFile:
+    case Kind::RemoveFile:
+        e.text = oneOf({"a", "a", "Été 1", "b"});
+        break;
+    case Kind::DeleteUnit:
+    case Kind::DeleteUnitMeasure:
+        e.number = unitRow();
+        e.code = below(4);
+        break;
+    case Kind::DeleteDirect:
     case Kind::RemoveDirect:
     case Kind::NoteMeasure:
         e.number = below(int(m_model->directCount()) + 1);
@@ -325,6 +339,7 @@ std::vector<Event> simpler(const Event &event)
     attempt(&Event::flag, false);
     attempt(&Event::shock, false);
     attempt(&Event::shutter, false);
+    attempt(&Event::held, false);
     attempt(&Event::value, 0.0);
     if (event.value != 0)
         attempt(&Event::value, 1.0);

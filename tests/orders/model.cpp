@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 namespace orders {
 
@@ -52,7 +53,9 @@ Model::Model(const Setup &setup)
     m_clock.setInterval(ToStop, 2000);
     m_clock.setInterval(MeasureEnd, milliseconds(setup.measureTime));
     m_clock.setInterval(ClockModel::PinEnable, PinModel::EnableDelay);
+    m_clock.setInterval(ClockModel::BatteryTick, 1000);
     m_clock.start(HoldOff);
+    m_clock.start(ClockModel::BatteryTick);
 }
 
 State Model::state() const
@@ -89,17 +92,40 @@ Event Model::resolved(const Event &event) const
 Effects Model::apply(const Event &event)
 {
     m_out.clear();
+    if (isFromLink(event.kind)) {
+        m_onTheirWay.push_back(event);
+    } else {
+        // Whoever calls comes before what is on its way; the event loop, in which time passes, after it.
+        if (event.kind == Kind::Wait)
+            deliver();
+        handle(event);
+    }
+    if (!event.held)
+        deliver();
+    return m_out;
+}
+
+void Model::deliver()
+{
+    const std::vector<Event> arriving = std::exchange(m_onTheirWay, {});
+    for (const Event &event : arriving)
+        handle(event);
+}
+
+void Model::handle(const Event &event)
+{
     if (event.kind <= Kind::WaitForTimer)
         applyLink(event);
-    else if (event.kind <= Kind::WriteEditionMode)
+    else if (event.kind <= Kind::WriteHome)
         applySetting(event);
-    else if (event.kind <= Kind::SaveFile)
+    else if (event.kind < Kind::InitFile)
         applySlot(event);
+    else if (event.kind <= Kind::RemoveMeasureFiles)
+        applyFile(event);
     else if (event.kind < Kind::AddUnit)
         applyCompanion(event);
     else
         applyUnit(event);
-    return m_out;
 }
 
 template <typename T>
@@ -196,33 +222,25 @@ void Model::storeCalibrationDate(const std::string &date)
     set(m_state.calibrationDate, date, "sendLastCalibrationDate " + date);
 }
 
+void Model::readBattery()
+{
+    int level = 0;
+    if (m_voltage != -1) { // -1: nothing to read
+        level = m_voltage <= 3300000 ? 3300000 // also what is no number
+            : m_voltage <= 3500000   ? 3500000
+            : m_voltage <= 3700000   ? 3700000
+            : m_voltage <= 3900000   ? 3900000
+                                     : 3900001;
+    }
+    set(m_state.battery, level, "battery " + std::to_string(level));
+}
+
 void Model::requestUpdate()
 {
     call("getLastCalibrationDate");
     if (!refused("getLastCalibrationDate"))
         storeCalibrationDate(m_answerDate);
     call("sendLastStatus");
-}
-
-void Model::saveFile()
-{
-    if (!m_state.fileName.empty())
-        tell("file files/" + m_state.fileName + ".xml");
-}
-
-void Model::initFile()
-{
-    set(m_state.fileName, std::string(), "fileNameChanged ");
-    set(m_state.localization, std::string(), "localizationChanged ");
-    m_state.coulures = m_state.effondrement = m_state.humidite = false;
-    tell("couluresChanged false");
-    tell("effondrementChanged false");
-    tell("humiditeChanged false");
-    setAccuracyStage(1);
-    for (std::size_t i = 1; i < m_accuracies.size(); ++i)
-        m_accuracies[i].reset(m_out);
-    if (!m_units.empty())
-        removeUnits(0, m_units.size() - 1);
 }
 
 void Model::applySetting(const Event &e)
@@ -277,8 +295,11 @@ void Model::applySetting(const Event &e)
         return set(m_state.coulures, e.flag, "couluresChanged " + word(e.flag));
     case Kind::WriteHumidite:
         return set(m_state.humidite, e.flag, "humiditeChanged " + word(e.flag));
-    default:
+    case Kind::WriteEditionMode:
         m_state.editionMode = e.flag;
+        return;
+    default:
+        m_state.otherHome = e.flag;
     }
 }
 
@@ -308,12 +329,8 @@ void Model::applySlot(const Event &e)
         return expired(HoldOff);
     case Kind::SwitchWifi:
         return tell(e.flag ? "shell napwifi start" : "shell napwifi stop");
-    case Kind::Shutdown:
-        return tell("shell halt");
-    case Kind::InitFile:
-        return initFile();
     default:
-        return saveFile();
+        return tell("shell halt");
     }
 }
 

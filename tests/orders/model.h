@@ -27,7 +27,6 @@ public:
 
     // For whoever makes up events.
     int acquisitionMode() const { return m_state.acquisitionMode; }
-    bool hasTimerRunning() const { return m_clock.next().has_value(); }
     std::size_t unitCount() const { return m_units.size(); }
     std::size_t directCount() const { return m_direct.rows.size(); }
     int digitsEntered() const { return int(m_pin.entered.size()); }
@@ -51,6 +50,21 @@ private:
         Direct,
         Indexed
     };
+
+    /// What a diagnostic file holds.
+    struct Document
+    {
+        std::string name;
+        std::string place;
+        std::vector<MeasureModel> accuracies; ///< all four
+        std::vector<UnitModel> units;
+        bool effondrement = false;
+        bool coulures = false;
+        bool humidite = false;
+    };
+
+    void handle(const Event &event);
+    void deliver();
 
     // modelacquisition.cpp: how acquisitions run.
     void applyLink(const Event &event);
@@ -93,12 +107,21 @@ private:
     void setErrorMessage(const std::string &message);
     void storeCalibrationDate(const std::string &date);
     void requestUpdate();
-    void initFile();
-    void saveFile();
+    void readBattery();
     void disablePin(bool disabled);
     void addUnit(int index);
+    bool hasUnitRow(int row) const { return row >= 0 && row < int(m_units.size()); }
     void removeUnits(std::size_t first, std::size_t last);
     void moveUnit(int from, int to);
+
+    // modelfile.cpp: the diagnostic and its file.
+    void applyFile(const Event &event);
+    void initFile();
+    void saveFile();
+    void loadFile(const std::string &path);
+    void loadAccuracies(const Document &document);
+    void loadUnits(const Document &document);
+    std::string pathOf(const std::string &name) const;
 
     void tell(const std::string &effect) { m_out.push_back(effect); }
     void msp(const char *command) { tell(std::string("MSP ") + command); }
@@ -127,6 +150,10 @@ private:
     int m_lightOff; ///< s
     int m_beepTime; ///< µs
     int m_summaryId = 0;
+
+    std::vector<Event> m_onTheirWay;
+    std::map<std::string, Document> m_saved; ///< by path
+    int m_voltage = 4050000; ///< what the battery's gauge gives
 
     // The service's side.
     int m_answerId = 0;

@@ -80,6 +80,9 @@ void Model::applyLink(const Event &e)
         return;
     case Kind::Wait:
         return wait(e.number);
+    case Kind::BatteryVoltage:
+        m_voltage = e.number;
+        return;
     default: // a command's success, a message of another kind: nothing to see
         return;
     }
@@ -108,6 +111,9 @@ void Model::expired(int timer)
         return stopMeasureProperly();
     case ClockModel::PinEnable:
         return disablePin(false);
+    case ClockModel::BatteryTick:
+        m_clock.start(ClockModel::BatteryTick);
+        return readBattery();
     default:
         return;
     }

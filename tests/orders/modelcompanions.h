@@ -147,6 +147,7 @@ class ClockModel
 public:
     enum Timer {
         PinEnable = TimerCount,
+        BatteryTick,
         AllTimers
     };
 
@@ -170,11 +171,17 @@ public:
         return {entry.due.has_value(), entry.due ? *entry.due - m_now : 0};
     }
 
-    /// The moment of the next expiry.
+    /// The moment of the next expiry; of the battery's, which never ends, only when it is that of another
+    /// one.
     std::optional<std::int64_t> next() const
     {
-        const Entry *const first = earliest();
-        return first ? first->due : std::nullopt;
+        std::optional<std::int64_t> ret;
+        for (int timer = 0; timer < AllTimers; ++timer) {
+            const Entry &entry = m_timers[std::size_t(timer)];
+            if (timer != BatteryTick && entry.due && (!ret || *entry.due < *ret))
+                ret = entry.due;
+        }
+        return ret;
     }
 
     /// Advances to the next expiry at or before \p moment, ends that timer and returns it; without one

@@ -115,17 +115,23 @@ void MeasureModel::reset(Effects &out)
     setId(-1, out);
 }
 
+MeasureModel *MeasuresModel::at(int row)
+{
+    if (row < 0 || row >= int(rows.size()) || rows[std::size_t(row)].gone)
+        return nullptr;
+    return &rows[std::size_t(row)];
+}
+
 MeasureModel *MeasuresModel::newest(bool front)
 {
-    if (rows.empty())
-        return nullptr;
-    return front ? &rows.front() : &rows.back();
+    return at(front ? 0 : int(rows.size()) - 1);
 }
 
 void MeasuresModel::take(const Shot &shot, bool front, int &lastNumber, Effects &out)
 {
-    if (shot.decided && !rows.empty()) {
-        newest(front)->take(shot, out);
+    MeasureModel *const current = newest(front);
+    if (shot.decided && current) {
+        current->take(shot, out);
         return;
     }
     // The result that opens a shot is not its first value.
@@ -154,8 +160,11 @@ void MeasuresModel::clear(Effects &out)
 std::vector<MeasureState> MeasuresModel::shown() const
 {
     std::vector<MeasureState> ret;
-    for (const MeasureModel &measure : rows)
-        ret.push_back(measure.shown);
+    for (const MeasureModel &measure : rows) {
+        ret.push_back(measure.gone ? MeasureState() : measure.shown);
+        if (measure.gone)
+            ret.back().name = "gone";
+    }
     return ret;
 }
 
@@ -190,6 +199,8 @@ void UnitModel::updateStatut(int wanted, Effects &out)
         return;
     int negatives = 0;
     for (const MeasureModel &measure : measures.rows) {
+        if (measure.gone)
+            continue;
         if (measure.shown.decision == Negative)
             ++negatives;
         const bool positive = measure.shown.decision == Positive;
@@ -203,7 +214,12 @@ void UnitModel::updateStatut(int wanted, Effects &out)
 
 UnitState UnitModel::state() const
 {
-    UnitState ret = shown;
+    UnitState ret;
+    if (gone) {
+        ret.name = "gone";
+        return ret;
+    }
+    ret = shown;
     ret.measures = measures.shown();
     return ret;
 }

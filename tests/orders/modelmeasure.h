@@ -48,6 +48,7 @@ struct MeasureModel
     void reset(Effects &out);
 
     MeasureState shown;
+    bool gone = false; ///< somebody else deleted it: its row is left, with nothing in it
     int received = 0;
     std::array<double, 4> concentrations{};
     std::array<double, 4> sigmas{};
@@ -59,7 +60,9 @@ struct MeasuresModel
 {
     /// \p front: the newest measure is the first row, else the last.
     void take(const Shot &shot, bool front, int &lastNumber, Effects &out);
+    /// Null without one.
     MeasureModel *newest(bool front);
+    MeasureModel *at(int row);
     void remove(int row, Effects &out);
     void clear(Effects &out);
     std::vector<MeasureState> shown() const;
@@ -79,6 +82,7 @@ struct UnitModel
     UnitState state() const;
 
     UnitState shown; ///< without its measures
+    bool gone = false; ///< as a measure's
     MeasuresModel measures;
 };
 

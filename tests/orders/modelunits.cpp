@@ -64,7 +64,7 @@ void Model::applyUnit(const Event &e)
     case Kind::AddUnit:
         return addUnit(e.number);
     case Kind::RemoveUnit:
-        if (unit(e.number))
+        if (hasUnitRow(e.number))
             removeUnits(std::size_t(e.number), std::size_t(e.number));
         return;
     case Kind::MoveUnit:
@@ -78,12 +78,19 @@ void Model::applyUnit(const Event &e)
     case Kind::ClearDirect:
         return m_direct.clear(m_out);
     case Kind::NoteMeasure:
-        if (e.number >= 0 && e.number < int(m_direct.rows.size())) {
-            MeasureModel &measure = m_direct.rows[std::size_t(e.number)];
-            measure.setLocalisation(e.code % 6, m_out);
-            measure.setDegradation(e.code % 4, m_out);
-            measure.setConservation(e.text, m_out);
+        if (MeasureModel *const measure = m_direct.at(e.number)) {
+            measure->setLocalisation(e.code % 6, m_out);
+            measure->setDegradation(e.code % 4, m_out);
+            measure->setConservation(e.text, m_out);
         }
+        return;
+    case Kind::DeleteDirect:
+        if (MeasureModel *const measure = m_direct.at(e.number))
+            measure->gone = true;
+        return;
+    case Kind::DeleteUnit:
+        if (UnitModel *const deleted = unit(e.number))
+            deleted->gone = true;
         return;
     default:
         break;
@@ -100,6 +107,10 @@ void Model::applyUnit(const Event &e)
         return target->setLocal(e.text, m_out);
     case Kind::UpdateStatut:
         return target->updateStatut(e.code, m_out);
+    case Kind::DeleteUnitMeasure:
+        if (MeasureModel *const measure = target->measures.at(e.code))
+            measure->gone = true;
+        return;
     default:
         return target->measures.remove(e.code, m_out);
     }
@@ -107,7 +118,7 @@ void Model::applyUnit(const Event &e)
 
 UnitModel *Model::unit(int row)
 {
-    return row >= 0 && row < int(m_units.size()) ? &m_units[std::size_t(row)] : nullptr;
+    return hasUnitRow(row) && !m_units[std::size_t(row)].gone ? &m_units[std::size_t(row)] : nullptr;
 }
 
 void Model::addUnit(int index)
@@ -131,7 +142,7 @@ void Model::removeUnits(std::size_t first, std::size_t last)
 
 void Model::moveUnit(int from, int to)
 {
-    if (from == to || !unit(from) || !unit(to))
+    if (from == to || !hasUnitRow(from) || !hasUnitRow(to))
         return;
     // Always the higher row, always to the lower one.
     const auto lowest = m_units.begin() + std::min(from, to);

@@ -2,12 +2,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "rig.h"
 
+#include <QDir>
 #include <QElapsedTimer>
 #include <QTimer>
 
 #include <QsLog.h>
 #include <unistd.h>
 
+#include "battery.h"
 #include "calibration.h"
 #include "halvar-error.h"
 #include "measurelistmodel.h"
@@ -39,6 +41,15 @@ namespace {
 
 constexpr int LinkLimit = 20000; // ms of real time
 
+/// A row whose item somebody deleted.
+template <typename Item>
+Item gone()
+{
+    Item ret;
+    ret.name = "gone";
+    return ret;
+}
+
 MeasureState stateOf(const Measure &measure, const Watcher &watcher)
 {
     return {watcher.nameOf(&measure),
@@ -55,7 +66,7 @@ std::vector<MeasureState> stateOf(const MeasureListModel &list, const Watcher &w
 {
     std::vector<MeasureState> ret;
     for (int row = 0; row < list.rowCount(); ++row)
-        ret.push_back(stateOf(*list.at(row), watcher));
+        ret.push_back(list.at(row) ? stateOf(*list.at(row), watcher) : gone<MeasureState>());
     return ret;
 }
 
@@ -117,6 +128,8 @@ Rig::Rig(Application &application, VirtualClock &clock, const Setup &setup)
 {
     QsLogging::Logger::instance().setLoggingLevel(setup.traced ? QsLogging::TraceLevel : QsLogging::OffLevel);
     configure(m_home, setup);
+    QDir().mkpath(homeOf(true) + QLatin1String("files"));
+    setGauge(4050000); // the sequences share it
     start();
 }
 
@@ -185,6 +198,8 @@ State Rig::state() const
     ret.ackErrorNb = c.ackErrorNb();
     ret.mspFirmware = m_controller->getMSPFwVersion().toStdString();
     ret.mspServer = m_controller->getMSPVersion().toStdString();
+    ret.battery = c.battery->level();
+    ret.otherHome = c.property("home").toString() == homeOf(true);
     ret.calibration = c.calibration->calibrationState();
     ret.pinAccepted = c.pin->accepted();
     ret.pinDisabled = c.pin->disabled();
@@ -205,12 +220,13 @@ State Rig::state() const
         ret.accuracies[i] = stateOf(*accuracies[i], *m_watcher);
     ret.direct = stateOf(*c.directMeasures, *m_watcher);
     for (int row = 0; row < c.uds->rowCount(); ++row)
-        ret.units.push_back(stateOf(*c.uds->at(row), *m_watcher));
+        ret.units.push_back(c.uds->at(row) ? stateOf(*c.uds->at(row), *m_watcher) : gone<UnitState>());
     return ret;
 }
 
 std::string Rig::finish()
 {
+    deliver();
     const QVector<MSPClient::MSPCommand> sent = m_watcher->commands();
     const bool arrived = waitReally([this, &sent] { return m_msp->commands().size() >= sent.size(); });
     if (!arrived || m_msp->commands() != sent)

@@ -56,6 +56,7 @@ private:
     // rig.cpp
     void start();
     static void deliver();
+    static void setGauge(int microvolts);
     /// Runs \p action in the service's thread, or on the client in the MSP's, and waits for it; what it
     /// signals is then on its way to the controller.
     template <typename Action>
@@ -71,7 +72,10 @@ private:
             client, [client, action] { action(client); }, Qt::BlockingQueuedConnection);
     }
 
+    QString homeOf(bool other) const { return other ? m_home.file(QStringLiteral("other/")) : m_home.path(); }
+
     // rigevents.cpp
+    QString pathOf(const std::string &name) const;
     void applyLink(const Event &event);
     void applySetting(const Event &event);
     void applySlot(const Event &event);

@@ -3,6 +3,8 @@
 //
 // How each event reaches the controller: what the links bring through the links, what the interface does as
 // QML does it.
+#include <QFile>
+
 #include "calibration.h"
 #include "halvar-error.h"
 #include "measurelistmodel.h"
@@ -39,19 +41,32 @@ nap::NotificationMessage otherMessage(const std::string &kind)
 
 } // namespace
 
+void Rig::setGauge(int voltage)
+{
+    const QString gauge = QStringLiteral("/sys/class/power_supply/bq27510-0/voltage_now");
+    QFile::remove(gauge);
+    if (voltage == -1)
+        return;
+    QFile file(gauge);
+    if (!file.open(QIODevice::WriteOnly))
+        qFatal("Cannot write the battery's gauge");
+    file.write(voltage >= 0 ? QByteArray::number(voltage) + '\n' : QByteArrayLiteral("-3900000\n"));
+}
+
 void Rig::apply(const Event &event)
 {
     if (event.kind <= Kind::WaitForTimer)
         applyLink(event);
-    else if (event.kind <= Kind::WriteEditionMode)
+    else if (event.kind <= Kind::WriteHome)
         applySetting(event);
-    else if (event.kind <= Kind::SaveFile)
+    else if (event.kind <= Kind::RemoveMeasureFiles)
         applySlot(event);
     else if (event.kind < Kind::AddUnit)
         applyCompanion(event);
     else
         applyUnit(event);
-    deliver();
+    if (!event.held)
+        deliver();
 }
 
 void Rig::applyLink(const Event &e)
@@ -105,7 +120,10 @@ void Rig::applyLink(const Event &e)
         return m_service->setCalibrationDate(date(e.number));
     case Kind::AnswerStatus:
         return m_service->setStatus(QString::fromStdString(e.text), e.number);
+    case Kind::BatteryVoltage:
+        return setGauge(e.number);
     default:
+        deliver();
         return m_clock.advance(e.number, deliver);
     }
 }
@@ -165,9 +183,17 @@ void Rig::applySetting(const Event &e)
         return write("coulures", e.flag);
     case Kind::WriteHumidite:
         return write("humidite", e.flag);
-    default:
+    case Kind::WriteEditionMode:
         return write("editionMode", e.flag);
+    default:
+        return write("home", homeOf(e.flag));
     }
+}
+
+QString Rig::pathOf(const std::string &name) const
+{
+    return m_controller->property("home").toString() + QLatin1String("files/") + QString::fromStdString(name)
+        + QLatin1String(".xml");
 }
 
 void Rig::applySlot(const Event &e)
@@ -200,8 +226,14 @@ void Rig::applySlot(const Event &e)
         return c->shutdown();
     case Kind::InitFile:
         return c->initFile();
-    default:
+    case Kind::SaveFile:
         return c->saveFile();
+    case Kind::LoadFile:
+        return c->loadFile(pathOf(e.text));
+    case Kind::RemoveFile:
+        return c->removeFile(pathOf(e.text));
+    default:
+        return c->removeMeasureFiles();
     }
 }
 
@@ -261,6 +293,12 @@ void Rig::applyUnit(const Event &e)
         return c->directMeasures->remove(e.number);
     case Kind::ClearDirect:
         return c->directMeasures->clear();
+    case Kind::DeleteDirect:
+        delete c->directMeasures->at(e.number);
+        return;
+    case Kind::DeleteUnit:
+        delete c->uds->at(e.number);
+        return;
     case Kind::NoteMeasure:
         if (Measure *const measure = c->directMeasures->at(e.number)) {
             measure->setLocalisation(static_cast<LocalisationEnumClass::Localisation>(e.code % 6));
@@ -284,6 +322,9 @@ void Rig::applyUnit(const Event &e)
         return unit->setLocal(QString::fromStdString(e.text));
     case Kind::UpdateStatut:
         return unit->updateStatut(e.code);
+    case Kind::DeleteUnitMeasure:
+        delete unit->measures()->at(e.code);
+        return;
     default:
         return unit->measures()->remove(e.code);
     }

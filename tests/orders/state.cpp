@@ -53,11 +53,11 @@ auto fields(const State &s)
                     s.nbMeasures, s.measureTime, s.udIndex, s.udIndexEdition, s.udLocal, s.light,
                     s.editionMode, s.fileName, s.localization, s.effondrement, s.coulures, s.humidite,
                     s.temperature, s.voltage, s.calibrationDate, s.waitingForGo, s.ackErrorNb, s.mspFirmware,
-                    s.mspServer, s.calibration, s.pinAccepted, s.pinDisabled, s.pinDigits, s.pinFilled,
-                    s.shock, s.anyShock, s.ready, s.errorMessage);
+                    s.mspServer, s.battery, s.otherHome, s.calibration, s.pinAccepted, s.pinDisabled,
+                    s.pinDigits, s.pinFilled, s.shock, s.anyShock, s.ready, s.errorMessage);
 }
 
-constexpr std::array<const char *, 33> FieldNames{"acquisitionMode",
+constexpr std::array<const char *, 35> FieldNames{"acquisitionMode",
                                                   "measureMode",
                                                   "branchMode",
                                                   "accuracyStage",
@@ -81,6 +81,8 @@ constexpr std::array<const char *, 33> FieldNames{"acquisitionMode",
                                                   "ackErrorNb",
                                                   "MSP firmware",
                                                   "MSP server",
+                                                  "battery",
+                                                  "other home",
                                                   "calibrationState",
                                                   "PIN accepted",
                                                   "PIN disabled",

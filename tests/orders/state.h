@@ -18,7 +18,7 @@ using Effects = std::vector<std::string>;
 
 struct MeasureState
 {
-    std::string name; ///< "live", "init", ... or "measure N" in the order of creation
+    std::string name; ///< "live", "init", ... or "measure N" in the order of creation; "gone" when deleted
     double concentration = 0;
     double sigma = 0;
     int decision = 2; // NOT_DETERMINED
@@ -30,7 +30,7 @@ struct MeasureState
 
 struct UnitState
 {
-    std::string name; ///< "unit N" in the order of creation
+    std::string name; ///< "unit N" in the order of creation; "gone" when deleted
     int statut = 0; // RAW
     int decision = 2; // NOT_DETERMINED
     char zone = 'A';
@@ -83,6 +83,8 @@ struct State
     std::string mspFirmware;
     std::string mspServer;
 
+    int battery = 0; // LEVEL_UNKNOW
+    bool otherHome = false;
     int calibration = 0; // NOT_STARTED
 
     bool pinAccepted = false;

@@ -6,6 +6,7 @@
 
 #include <utility>
 
+#include "battery.h"
 #include "calibration.h"
 #include "halvar-error.h"
 #include "halvarcontroller.h"
@@ -110,6 +111,7 @@ void Watcher::watchCompanions(HalvarController *c)
     connect(c->error, &Error::errorMessageSignal, this,
             [this](const QString &value) { add("errorMessageSignal " + word(value)); });
     connect(c->error, &Error::lastShockSignal, this, [this] { add("lastShockSignal"); });
+    connect(c->battery, &Battery::levelChanged, this, [this](int value) { add("battery " + word(value)); });
     connect(c->calibration, &Calibration::calibrationStateChanged, this,
             [this](int value) { add("calibrationStateChanged " + word(value)); });
 
@@ -138,10 +140,14 @@ void Watcher::watchMeasure(const Measure *measure, const std::string &name)
             [this, name, measure] { add(name + " id " + word(measure->idNAP())); });
 }
 
+std::string Watcher::nextMeasure()
+{
+    return "measure " + word(++m_lastMeasure);
+}
+
 void Watcher::watchMeasures(const MeasureListModel *list, const std::string &name)
 {
-    watchList(list, name,
-              [this](Measure *measure) { watchMeasure(measure, "measure " + word(++m_lastMeasure)); });
+    watchList(list, name, [this](Measure *measure) { watchMeasure(measure, nextMeasure()); });
 }
 
 void Watcher::watchUnit(UD *unit, const std::string &name)
@@ -155,6 +161,8 @@ void Watcher::watchUnit(UD *unit, const std::string &name)
             [this, name, unit] { add(name + " observation " + word(unit->observation())); });
     connect(unit, &UD::localChanged, this,
             [this, name, unit] { add(name + " local " + word(unit->local())); });
+    for (const Measure *measure : *unit->measures())
+        watchMeasure(measure, nextMeasure());
     watchMeasures(unit->measures(), name);
 }
 

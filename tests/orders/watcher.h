@@ -38,6 +38,7 @@ private:
     void watchCompanions(HalvarController *c);
     void watchMeasure(const Measure *measure, const std::string &name);
     void watchMeasures(const MeasureListModel *list, const std::string &name);
+    std::string nextMeasure();
     void watchUnit(UD *unit, const std::string &name);
     template <typename List, typename Attach>
     void watchList(const List *list, const std::string &name, Attach attach);
