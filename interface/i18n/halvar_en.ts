@@ -318,6 +318,14 @@
         <source>Pas encore de mesure.</source>
         <translation>No measure yet.</translation>
     </message>
+    <message>
+        <source>Vider la liste</source>
+        <translation>Empty the list</translation>
+    </message>
+    <message>
+        <source>Les mesures directes ne sont dans aucun fichier : elles seront perdues.</source>
+        <translation>Direct measures are in no file: they will be lost.</translation>
+    </message>
 </context>
 <context>
     <name>HoldOffScreen</name>
@@ -521,10 +529,6 @@
         <translation>The instrument does not answer. Leave all the same? The measure is given up.</translation>
     </message>
     <message>
-        <source>Relâchez la détente pour terminer la mesure, ou interrompez-la : elle sera sans résultat.</source>
-        <translation>Release the trigger to end the measure, or break it off: it will have no result.</translation>
-    </message>
-    <message>
         <source>Quitter quand même</source>
         <translation>Leave all the same</translation>
     </message>
@@ -535,6 +539,14 @@
     <message>
         <source>Continuer la mesure</source>
         <translation>Go on measuring</translation>
+    </message>
+    <message>
+        <source>Relâchez la détente pour terminer la mesure. Interrompue, elle reste sans résultat.</source>
+        <translation>Release the trigger to end the measure. Broken off, it has no result.</translation>
+    </message>
+    <message>
+        <source>Terminer avec le résultat et quitter</source>
+        <translation>End with the result and leave</translation>
     </message>
 </context>
 <context>

@@ -12,12 +12,29 @@ MeasuringScreen {
 
     title: qsTr("Mesures directes")
     subtitle: Words.measureMode(Instrument.measureMode)
-    actions: IconButton {
-        objectName: "measureSettings"
-        sign: "tune"
-        text: qsTr("Réglages de mesure")
-        enabled: !Instrument.busy
-        onClicked: Nav.open("SettingsScreen")
+    actions: [
+        IconButton {
+            objectName: "clearMeasures"
+            sign: "bin"
+            text: qsTr("Vider la liste")
+            enabled: !Instrument.busy && list.count > 0
+            onClicked: clearDialog.open()
+        },
+        IconButton {
+            objectName: "measureSettings"
+            sign: "tune"
+            text: qsTr("Réglages de mesure")
+            enabled: !Instrument.busy
+            onClicked: Nav.open("SettingsScreen")
+        }
+    ]
+
+    ConfirmDialog {
+        id: clearDialog
+        title: qsTr("Vider la liste")
+        question: qsTr("Les mesures directes ne sont dans aucun fichier : elles seront perdues.")
+        yes: qsTr("Vider la liste")
+        onAccepted: directMeasures.clear()
     }
 
     onShown: Instrument.measureDirect()

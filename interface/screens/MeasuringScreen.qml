@@ -22,10 +22,15 @@ Screen {
         title: qsTr("Mesure en cours")
         question: interrupted
             ? qsTr("L'instrument ne répond pas. Quitter quand même ? La mesure est abandonnée.")
-            : qsTr("Relâchez la détente pour terminer la mesure, ou interrompez-la : elle sera sans résultat.")
+            : qsTr("Relâchez la détente pour terminer la mesure. Interrompue, elle reste sans résultat.")
         yes: interrupted ? qsTr("Quitter quand même") : qsTr("Interrompre et quitter")
+        other: interrupted ? "" : qsTr("Terminer avec le résultat et quitter")
         no: qsTr("Continuer la mesure")
         onOpened: interrupted = false
+        onOtherChosen: {
+            controller.stopMeasureProperly();
+            waiting.restart();
+        }
         onAccepted: {
             if (interrupted) {
                 Nav.leave();

@@ -28,6 +28,16 @@ Screen {
         }
     }
 
+    // Back from a unit, it is the chosen one.
+    property int lastRow: -1
+    onShown: {
+        var row = proxy.findProxyModelIndex(lastRow);
+        if (row >= 0) {
+            list.currentIndex = row;
+            list.positionViewAtIndex(row, ListView.Contain);
+        }
+    }
+
     SortFilterProxyModel {
         id: proxy
         sourceModel: uds
@@ -48,7 +58,10 @@ Screen {
             sign: "picture"
             heading: Words.unitTitle(model.zone, model.element)
             detail: [model.substrat, model.revetement].filter(function(part) { return part !== ""; }).join(" · ")
-            onClicked: Nav.open("UnitScreen", { row: proxy.findOriginalModelIndex(index) })
+            onClicked: {
+                screen.lastRow = proxy.findOriginalModelIndex(index);
+                Nav.open("UnitScreen", { row: screen.lastRow });
+            }
 
             SignChip {
                 readonly property int statut: model.statut

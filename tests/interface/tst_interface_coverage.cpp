@@ -1,0 +1,238 @@
+// SPDX-FileCopyrightText: 2026 Halvar Controller contributors
+// SPDX-License-Identifier: Apache-2.0
+//
+// docs/interface-coverage.md against the meta-objects and the QML sources: all that the library offers to QML
+// is used by some screen, or there is a reason why not. And the translations and the syntax of the sources.
+#include <QDirIterator>
+#include <QFile>
+#include <QMap>
+#include <QMetaMethod>
+#include <QMetaProperty>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QSet>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <battery.h>
+#include <calibration.h>
+#include <config.h>
+#include <database.h>
+#include <databaseitemlistmodel.h>
+#include <date.h>
+#include <halvar-error.h>
+#include <halvarcontroller.h>
+#include <measurelistmodel.h>
+#include <napclient.h>
+#include <pin.h>
+#include <proxylocallistmodel.h>
+#include <qqmlobjectlistmodel.h>
+#include <qqmlsortfilterproxymodel.h>
+#include <shocklistmodel.h>
+#include <ud.h>
+#include <udlistmodel.h>
+
+Q_DECLARE_METATYPE(const QMetaObject *)
+
+namespace {
+
+const QString sources = QStringLiteral(HALVAR_SOURCE_DIR "/interface");
+
+QString contentOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
+QStringList qmlFiles()
+{
+    QStringList files;
+    QDirIterator entries(sources, {QStringLiteral("*.qml")}, QDir::Files, QDirIterator::Subdirectories);
+    while (entries.hasNext())
+        files.append(entries.next());
+    return files;
+}
+
+/// A row of the page: where a member is used, or why it is not.
+struct Row
+{
+    QString file; ///< empty when it is not
+    QString code;
+    QString reason;
+};
+
+using Rows = QMap<QString, Row>; // by "property name", "signal name", "operation name"
+
+QMap<QString, Rows> readPage()
+{
+    QMap<QString, Rows> page;
+    QString section;
+    static const QRegularExpression row(QStringLiteral("^\\| (\\w+) \\| `(\\w+)` \\| (.+) \\|$"));
+    static const QRegularExpression use(QStringLiteral("^`(\\w+\\.qml)`: `(.+)`$"));
+    const QStringList lines =
+        contentOf(QStringLiteral(HALVAR_SOURCE_DIR "/docs/interface-coverage.md")).split(QLatin1Char('\n'));
+    for (const QString &line : lines) {
+        if (line.startsWith(QLatin1String("## ")))
+            section = line.mid(3);
+        const QRegularExpressionMatch cells = row.match(line);
+        if (!cells.hasMatch())
+            continue;
+        const QString kind = cells.captured(1);
+        const bool operation = kind == QLatin1String("slot") || kind == QLatin1String("invokable");
+        Row &entry = page[section][(operation ? QStringLiteral("operation") : kind) + QLatin1Char(' ')
+                                   + cells.captured(2)];
+        const QRegularExpressionMatch place = use.match(cells.captured(3));
+        if (place.hasMatch()) {
+            entry.file = place.captured(1);
+            entry.code = place.captured(2);
+        } else {
+            entry.reason = cells.captured(3);
+        }
+    }
+    return page;
+}
+
+/// The members that a page on \p meta has to tell of, given what it tells of the properties.
+QSet<QString> membersOf(const QMetaObject &meta, const Rows &rows)
+{
+    QSet<QString> members;
+    QSet<QByteArray> usedSignals;
+    for (int i = meta.propertyOffset(); i < meta.propertyCount(); ++i) {
+        const QMetaProperty property = meta.property(i);
+        const QString key = QStringLiteral("property ") + QLatin1String(property.name());
+        members.insert(key);
+        if (property.hasNotifySignal() && !rows.value(key).file.isEmpty())
+            usedSignals.insert(property.notifySignal().name());
+    }
+    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
+        const QMetaMethod method = meta.method(i);
+        if (method.access() != QMetaMethod::Public)
+            continue;
+        const bool isSignal = method.methodType() == QMetaMethod::Signal;
+        if (isSignal && usedSignals.contains(method.name()))
+            continue;
+        members.insert((isSignal ? QStringLiteral("signal ") : QStringLiteral("operation "))
+                       + QLatin1String(method.name()));
+    }
+    return members;
+}
+
+} // namespace
+
+class TstInterfaceCoverage : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void page_tellsOfEveryMember_data();
+    void page_tellsOfEveryMember();
+    void page_tellsTheTruth();
+    void qml_isCleanForQmllint();
+    void translations_areComplete_data();
+    void translations_areComplete();
+};
+
+void TstInterfaceCoverage::page_tellsOfEveryMember_data()
+{
+    QTest::addColumn<const QMetaObject *>("meta");
+    const QMetaObject *const all[] = {&Battery::staticMetaObject,
+                                      &Calibration::staticMetaObject,
+                                      &Config::staticMetaObject,
+                                      &Database::staticMetaObject,
+                                      &DatabaseItem::staticMetaObject,
+                                      &DatabaseItemListModel::staticMetaObject,
+                                      &Date::staticMetaObject,
+                                      &Error::staticMetaObject,
+                                      &HalvarController::staticMetaObject,
+                                      &Measure::staticMetaObject,
+                                      &MeasureListModel::staticMetaObject,
+                                      &NAPClient::staticMetaObject,
+                                      &PIN::staticMetaObject,
+                                      &ProxyLocalListModel::staticMetaObject,
+                                      &QQmlObjectListModelBase::staticMetaObject,
+                                      &QQmlSortFilterProxyModel::staticMetaObject,
+                                      &Shock::staticMetaObject,
+                                      &ShockListModel::staticMetaObject,
+                                      &UD::staticMetaObject,
+                                      &UDListModel::staticMetaObject};
+    for (const QMetaObject *meta : all)
+        QTest::newRow(meta->className()) << meta;
+}
+
+void TstInterfaceCoverage::page_tellsOfEveryMember()
+{
+    QFETCH(const QMetaObject *, meta);
+    const Rows rows = readPage().value(QLatin1String(meta->className()));
+    const QSet<QString> told(rows.keyBegin(), rows.keyEnd());
+    const QSet<QString> offered = membersOf(*meta, rows);
+    const QStringList missing = (offered - told).values();
+    const QStringList gone = (told - offered).values();
+    QVERIFY2(missing.isEmpty(),
+             qUtf8Printable(QStringLiteral("not told of: ") + missing.join(QStringLiteral(", "))));
+    QVERIFY2(gone.isEmpty(), qUtf8Printable(QStringLiteral("not there: ") + gone.join(QStringLiteral(", "))));
+}
+
+void TstInterfaceCoverage::page_tellsTheTruth()
+{
+    QMap<QString, QString> codeOf;
+    static const QRegularExpression comment(QStringLiteral("//[^\n]*"));
+    const QStringList files = qmlFiles();
+    for (const QString &path : files)
+        codeOf.insert(path.section(QLatin1Char('/'), -1), contentOf(path).remove(comment));
+    QVERIFY(codeOf.size() > 30);
+    const auto page = readPage();
+    QVERIFY(page.size() > 15);
+    for (auto section = page.begin(); section != page.end(); ++section) {
+        for (auto row = section->begin(); row != section->end(); ++row) {
+            const QString what = section.key() + QStringLiteral(", ") + row.key();
+            if (row->file.isEmpty()) {
+                // A reason is a sentence.
+                QVERIFY2(row->reason.count(QLatin1Char(' ')) > 3 && row->reason.endsWith(QLatin1Char('.')),
+                         qUtf8Printable(what));
+                continue;
+            }
+            const QString member = row.key().section(QLatin1Char(' '), 1);
+            QVERIFY2(row->code.contains(member), qUtf8Printable(what));
+            QVERIFY2(codeOf.value(row->file).contains(row->code),
+                     qUtf8Printable(QStringLiteral("%1: %2 has no %3").arg(what, row->file, row->code)));
+        }
+    }
+}
+
+void TstInterfaceCoverage::qml_isCleanForQmllint()
+{
+    QProcess lint;
+    lint.setProcessChannelMode(QProcess::MergedChannels);
+    lint.start(QStringLiteral(QMLLINT), qmlFiles());
+    QVERIFY(lint.waitForFinished());
+    QCOMPARE(lint.readAll(), QByteArray());
+    QCOMPARE(lint.exitCode(), 0);
+}
+
+void TstInterfaceCoverage::translations_areComplete_data()
+{
+    QTest::addColumn<QStringList>("options");
+    QTest::newRow("halvar_en.ts") << QStringList();
+    QTest::newRow("halvar_fr.ts") << QStringList{QStringLiteral("-pluralonly")};
+}
+
+void TstInterfaceCoverage::translations_areComplete()
+{
+    QFETCH(QStringList, options);
+    const QString name = QString::fromLatin1(QTest::currentDataTag());
+    QTemporaryDir directory;
+    const QString copy = directory.filePath(name);
+    QVERIFY(QFile::copy(sources + QStringLiteral("/i18n/") + name, copy));
+    // Texts that are new or gone since the file was made would show.
+    options += {QStringLiteral("-extensions"),  QStringLiteral("qml,cpp,h"),
+                QStringLiteral("-no-obsolete"), QStringLiteral("-locations"),
+                QStringLiteral("none"),         sources,
+                QStringLiteral("-ts"),          copy};
+    QCOMPARE(QProcess::execute(QStringLiteral(LUPDATE), QStringList{QStringLiteral("-silent")} + options), 0);
+    const QString updated = contentOf(copy);
+    QVERIFY2(!updated.contains(QLatin1String("type=\"unfinished\"")), qUtf8Printable(updated));
+    QCOMPARE(updated, contentOf(sources + QStringLiteral("/i18n/") + name));
+}
+
+QTEST_MAIN(TstInterfaceCoverage)
+#include "tst_interface_coverage.moc"
