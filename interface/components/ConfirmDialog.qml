@@ -41,7 +41,6 @@ Dialog {
             width: parent.width
             visible: text !== ""
             text: dialog.other
-            highlighted: true
             onClicked: {
                 dialog.close();
                 dialog.otherChosen();

@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Halvar Controller contributors
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick 2.15
-import QtQuick.Shapes 1.15
 import HalvarStyle 1.0
 
 // A drawn sign in a square of 24 units. Decoration: what it says is said in words beside it.
@@ -51,25 +50,27 @@ Item {
     implicitWidth: size
     implicitHeight: size
     Accessible.ignored: true
-    // Smooth on every renderer, and cut off where its list ends: without a layer the software renderer draws a shape
-    // that lies wholly outside.
-    layer { enabled: true; samples: 4 }
 
-    Shape {
-        width: 24
-        height: 24
-        scale: icon.size / 24
-        transformOrigin: Item.TopLeft
-        visible: icon.name !== ""
+    onNameChanged: canvas.requestPaint()
+    onColorChanged: canvas.requestPaint()
 
-        ShapePath {
-            strokeColor: icon.color
-            strokeWidth: 2.4
-            fillColor: "transparent"
-            capStyle: ShapePath.RoundCap
-            joinStyle: ShapePath.RoundJoin
-
-            PathSvg { path: icon.lines[icon.name] || "" }
+    // Not a Shape: the software renderer draws one that lies wholly outside its list's frame without the frame.
+    Canvas {
+        id: canvas
+        anchors.fill: parent
+        renderStrategy: Canvas.Immediate
+        onPaint: {
+            var context = getContext("2d");
+            context.reset();
+            if (icon.name === "")
+                return;
+            context.scale(width / 24, height / 24);
+            context.strokeStyle = icon.color;
+            context.lineWidth = 2.4;
+            context.lineCap = "round";
+            context.lineJoin = "round";
+            context.path = icon.lines[icon.name];
+            context.stroke();
         }
     }
 }

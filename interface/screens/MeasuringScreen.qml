@@ -23,12 +23,12 @@ Screen {
         question: interrupted
             ? qsTr("L'instrument ne répond pas. Quitter quand même ? La mesure est abandonnée.")
             : qsTr("Relâchez la détente pour terminer la mesure. Interrompue, elle reste sans résultat.")
-        yes: interrupted ? qsTr("Quitter quand même") : qsTr("Interrompre et quitter")
-        other: interrupted ? "" : qsTr("Terminer avec le résultat et quitter")
+        yes: interrupted ? qsTr("Quitter quand même") : qsTr("Terminer avec le résultat et quitter")
+        other: interrupted ? "" : qsTr("Interrompre et quitter")
         no: qsTr("Continuer la mesure")
         onOpened: interrupted = false
         onOtherChosen: {
-            controller.stopMeasureProperly();
+            Instrument.interrupt();
             waiting.restart();
         }
         onAccepted: {
@@ -36,7 +36,7 @@ Screen {
                 Nav.leave();
                 return;
             }
-            Instrument.interrupt();
+            controller.stopMeasureProperly();
             waiting.restart();
         }
     }

@@ -183,7 +183,7 @@ MeasuringScreen {
     }
     ShotPanel {
         id: panel
-        x: left.width + Theme.margin - (screen.wide ? Theme.spacing : 0)
+        x: left.width + (screen.wide ? 2 : Theme.margin)
         y: 4
         width: parent.width - x - Theme.margin
     }
@@ -192,6 +192,7 @@ MeasuringScreen {
         objectName: "measureList"
         anchors { top: panel.bottom; topMargin: Theme.spacingSmall; bottom: bottomBar.top; left: left.right; right: parent.right }
         leftMargin: screen.wide ? 2 : Theme.margin
+        onLeftMarginChanged: contentX = -leftMargin
         model: screen.unit ? screen.unit.measures : null
         Accessible.name: qsTr("Mesures de l'unité")
 
