@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "proxylocallistmodel.h"
 
+#include <QPointer>
+
 #include <algorithm>
 
 #include "databaseitemlistmodel.h"
@@ -34,7 +36,14 @@ void ProxyLocalListModel::refresh()
     if (!m_stale)
         return;
     m_stale = false;
-    invalidate();
+    m_refreshing = true;
+    m_usedTitles.reset();
+    const QPointer<ProxyLocalListModel> self(this);
+    invalidate(); // whoever shows the rooms asks for them now
+    if (!self)
+        return;
+    m_refreshing = false;
+    m_usedTitles.reset();
 }
 
 int ProxyLocalListModel::findCurrentIndex(const QString &title)
@@ -60,7 +69,22 @@ bool ProxyLocalListModel::filterAcceptsRow(int sourceRow, const QModelIndex &sou
     const QModelIndex source = sourceModel()->index(sourceRow, 0, sourceParent);
     if (!source.isValid())
         return false;
-    const QString title = source.data(titleRole).toString();
-    return std::any_of(m_uds->constBegin(), m_uds->constEnd(),
-                       [&title](const UD *ud) { return ud && ud->local() == title; });
+    return isUsed(source.data(titleRole).toString());
+}
+
+bool ProxyLocalListModel::isUsed(const QString &title) const
+{
+    // A unit may change without a word to this proxy, so what the units use is known for one refresh only,
+    // and not beyond a change that asks for the next one.
+    if (!m_refreshing || m_stale)
+        return std::any_of(m_uds->constBegin(), m_uds->constEnd(),
+                           [&title](const UD *ud) { return ud && ud->local() == title; });
+    if (!m_usedTitles) {
+        m_usedTitles.emplace();
+        for (const UD *ud : *m_uds) {
+            if (ud)
+                m_usedTitles->insert(ud->local());
+        }
+    }
+    return m_usedTitles->contains(title);
 }

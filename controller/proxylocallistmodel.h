@@ -3,8 +3,11 @@
 #ifndef HALVAR_PROXYLOCALLISTMODEL_H
 #define HALVAR_PROXYLOCALLISTMODEL_H
 
+#include <QSet>
 #include <QSortFilterProxyModel>
 #include <QString>
+
+#include <optional>
 
 #include "halvar-export.h"
 
@@ -36,10 +39,14 @@ protected:
 
 private:
     void refresh();
+    bool isUsed(const QString &title) const;
 
     UDListModel *m_uds;
     int titleRole;
     bool m_stale = false;
+    bool m_refreshing = false;
+    /// The titles that the units use, while the rooms are filtered anew by them.
+    mutable std::optional<QSet<QString>> m_usedTitles;
 };
 
 #endif // HALVAR_PROXYLOCALLISTMODEL_H

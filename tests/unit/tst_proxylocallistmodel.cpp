@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Halvar Controller contributors
 // SPDX-License-Identifier: Apache-2.0
 #include <QAbstractItemModelTester>
+#include <QPointer>
 #include <QtTest>
 
 #include <memory>
@@ -43,6 +44,8 @@ private slots:
     void withoutLists_noRoomIsShown();
     void unitsThatChange_countOnceTheOwnerInvalidates();
     void roomsThatChange_areFollowed();
+    void unitsThatChangeWhileAViewIsRefreshed_countAtOnce();
+    void proxyDeletedByAView_isLeftAlone();
     void unitsDeletedOutside_areSkipped();
     void unitListGone_showsNoRoom();
     void roomListGone_showsNoRoom();
@@ -179,6 +182,36 @@ void TstProxyLocalListModel::roomsThatChange_areFollowed()
     QCOMPARE(titles(proxy), QStringLiteral("Salon"));
     m_rooms->clear();
     QCOMPARE(proxy.rowCount(), 0);
+}
+
+void TstProxyLocalListModel::unitsThatChangeWhileAViewIsRefreshed_countAtOnce()
+{
+    UDListModel units(m_rooms.get());
+    ProxyLocalListModel &proxy = *units.localProxyModel();
+    QStringList seen;
+    connect(&proxy, &QAbstractItemModel::layoutChanged, this, [&] {
+        seen.append(titles(proxy));
+        if (seen.size() > 1)
+            return;
+        units.first()->setLocal(QStringLiteral("Grenier"));
+        m_rooms->last()->setTitle(QStringLiteral("Grenier"));
+        seen.append(titles(proxy));
+    });
+    units.add(-1);
+    units.first()->setLocal(QStringLiteral("Cuisine"));
+    QTRY_COMPARE(seen.size(), 3);
+    QCOMPARE(seen,
+             (QStringList{QStringLiteral("Cuisine"), QStringLiteral("Cuisine Grenier"),
+                          QStringLiteral("Grenier")}));
+}
+
+void TstProxyLocalListModel::proxyDeletedByAView_isLeftAlone()
+{
+    addUnit("Salon");
+    QPointer<ProxyLocalListModel> proxy = new ProxyLocalListModel(m_rooms.get(), m_units.get());
+    connect(proxy, &QAbstractItemModel::layoutChanged, this, [&proxy] { delete proxy; });
+    proxy->invalidateLater();
+    QTRY_VERIFY(proxy.isNull());
 }
 
 void TstProxyLocalListModel::unitsDeletedOutside_areSkipped()
