@@ -60,12 +60,14 @@ HalvarController &BenchDiagnostic::withUnits(int units)
     for (int i = 0; i < units; ++i) {
         auto *unit = new UD(m_controller->uds);
         unit->setIdentifier(i + 1);
-        unit->setLocal(m_rooms.at(i % m_rooms.size()));
+        unit->setLocal(m_rooms.at(int(qint64(i) * m_rooms.size() / units)));
         unit->setElement(QStringLiteral("Plinthe"));
         unit->setSubstrat(QStringLiteral("Bois"));
         unit->setRevetement(QStringLiteral("Peinture"));
         unit->setStatut(UDStatutEnumClass::POSITIVE);
-        unit->setObservation(QStringLiteral("Traces sur le mur, côté fenêtre"));
+        // No two alike among the first ten thousand, and in no order.
+        unit->setObservation(QStringLiteral("Trace %1 sur le mur, côté fenêtre")
+                                 .arg(i * 7919 % 10007, 5, 10, QLatin1Char('0')));
         for (int m = 0; m < measuresOfAUnit; ++m)
             unit->measures()->append(newMeasure(i, m, unit->measures()));
         m_controller->uds->append(unit);

@@ -28,9 +28,9 @@ public:
     /// The one that the rows share, so that they find the same document.
     static BenchDiagnostic &shared();
 
-    HalvarController &controller() { return *m_controller; }
+    HalvarController &controller() const { return *m_controller; }
     Database &database() { return m_database; }
-    /// The controller holding a diagnostic of this many units, saved in path(). The rooms take turns.
+    /// The controller holding a diagnostic of this many units, saved in path(), room by room.
     HalvarController &withUnits(int units);
     /// A blank diagnostic, whose former units are gone.
     void clear();
