@@ -24,17 +24,53 @@ QString key(const char *text)
     return QString::fromLatin1(text);
 }
 
+/// The next piece of a text or of bytes lies within the message. The reader makes room for as much as is
+/// announced before it sees that the bytes are missing.
+bool fits(const QCborStreamReader &reader)
+{
+    return reader.currentStringChunkSize() <= qsizetype(maximumPayload);
+}
+
 std::optional<QString> readText(QCborStreamReader &reader)
 {
     QString text = QLatin1String("");
-    auto chunk = reader.readString();
-    while (chunk.status == QCborStreamReader::Ok) {
+    while (fits(reader)) {
+        const auto chunk = reader.readString();
+        if (chunk.status == QCborStreamReader::Error)
+            return std::nullopt;
+        if (chunk.status == QCborStreamReader::EndOfString)
+            return text;
         text += chunk.data;
-        chunk = reader.readString();
     }
-    if (chunk.status == QCborStreamReader::Error)
-        return std::nullopt;
-    return text;
+    return std::nullopt;
+}
+
+bool skipBytes(QCborStreamReader &reader)
+{
+    while (fits(reader)) {
+        const auto chunk = reader.readByteArray();
+        if (chunk.status != QCborStreamReader::Ok)
+            return chunk.status == QCborStreamReader::EndOfString;
+    }
+    return false;
+}
+
+/// False when the bytes are no CBOR, or nested deeper than \p depth.
+bool skip(QCborStreamReader &reader, int depth)
+{
+    if (reader.isString())
+        return readText(reader).has_value();
+    if (reader.isByteArray())
+        return skipBytes(reader);
+    if (!reader.isContainer())
+        return reader.next();
+    if (depth == 0 || !reader.enterContainer())
+        return false;
+    while (reader.lastError() == QCborError::NoError && reader.hasNext()) {
+        if (!skip(reader, depth - 1))
+            return false;
+    }
+    return reader.lastError() == QCborError::NoError && reader.leaveContainer();
 }
 
 /// One value as it is used here: text, whole number, flag or null; anything else is skipped and leaves an
@@ -58,17 +94,17 @@ bool readValue(QCborStreamReader &reader, QVariant &value)
             if (magnitude <= quint64(std::numeric_limits<qint64>::max()))
                 value = reader.isUnsignedInteger() ? qint64(magnitude) : -qint64(magnitude);
         }
-        return reader.next(skippedDepth);
+        return skip(reader, skippedDepth);
     }
     if (reader.isBool()) {
         value = reader.toBool();
-        return reader.next(skippedDepth);
+        return skip(reader, skippedDepth);
     }
     if (reader.isNull()) {
         value = QVariant::fromValue(QString());
-        return reader.next(skippedDepth);
+        return skip(reader, skippedDepth);
     }
-    return reader.next(skippedDepth);
+    return skip(reader, skippedDepth);
 }
 
 /// All fields of the map that fills \p payload.
