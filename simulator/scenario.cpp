@@ -25,6 +25,21 @@ QString complain(const QString &key, const commandtable::Complaint &complaint)
         : QStringLiteral("%1.%2: %3").arg(key, complaint.member, complaint.text);
 }
 
+/// \p text without what would break its line or confuse a terminal: a file may name its keys as it likes.
+QString oneLine(const QString &text)
+{
+    QString result;
+    for (const QChar character : text) {
+        const QChar::Category category = character.category();
+        if (category == QChar::Other_Control || category == QChar::Other_Format
+            || category == QChar::Separator_Line || category == QChar::Separator_Paragraph)
+            result += QStringLiteral("\\u%1").arg(character.unicode(), 4, 16, QLatin1Char('0'));
+        else
+            result += character;
+    }
+    return result;
+}
+
 } // namespace
 
 bool Scenario::read(const QString &nameOrFile, const QString &directory, QString &error)
@@ -65,7 +80,7 @@ bool Scenario::read(const QString &nameOrFile, const QString &directory, QString
     }
     const QString complaint = parse(document.object());
     if (!complaint.isEmpty())
-        error = QStringLiteral("%1: %2").arg(path, complaint);
+        error = QStringLiteral("%1: %2").arg(path, oneLine(complaint));
     return complaint.isEmpty();
 }
 

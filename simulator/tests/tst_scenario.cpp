@@ -90,6 +90,10 @@ void TstScenario::mistake_namesFileKeyAndExpectation_data()
     row("[]", "expected a JSON object");
     row(R"({"colour": 1})",
         "colour: unknown key; expected description, steps or a command that sets something");
+    row(R"({"two\nlines": 1})",
+        "two\\u000alines: unknown key; expected description, steps or a command that sets something");
+    row(R"({"sample": {"\u001b[2J": 1}})",
+        "sample.\\u001b[2J: unknown: expected one of concentration, substrate, distance");
     row(R"({"press": {}})",
         "press: unknown key; expected description, steps or a command that sets something");
     row(R"({"description": 1})", "description: expected a text, found 1");
