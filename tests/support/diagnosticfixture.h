@@ -3,7 +3,9 @@
 #ifndef DIAGNOSTICFIXTURE_H
 #define DIAGNOSTICFIXTURE_H
 
+#include <QCoreApplication>
 #include <QDir>
+#include <QEvent>
 #include <QFile>
 #include <QRegularExpression>
 #include <QStringList>
