@@ -1,9 +1,11 @@
 // SPDX-FileCopyrightText: 2026 Halvar Controller contributors
 // SPDX-License-Identifier: Apache-2.0
+#include <QDeadlineTimer>
 #include <QSignalSpy>
 #include <QtTest>
 
 #include <thread>
+#include <vector>
 
 #include "logrecorder.h"
 #include "napobserver.h"
@@ -292,6 +294,51 @@ private slots:
         QTRY_COMPARE(receiver.count, 1);
         QCOMPARE(receiver.thread, QThread::currentThread());
         QCOMPARE(receiver.last.get_value(), 1.25);
+    }
+
+    void burstOfAnotherThread_arrivesWholeAndInItsOrder()
+    {
+        // Log lines would only cost time.
+        QsLogging::Logger::instance().setLoggingLevel(QsLogging::InfoLevel);
+        constexpr int burst = 20000;
+        struct : QObject
+        {
+            std::vector<double> arrived; // -1 for a status; then its conditions
+        } receiver;
+        const NAPClient *client = m_observer->nap_client();
+        connect(client, &NAPClient::nap_AcqStatus, &receiver, [&] { receiver.arrived.push_back(-1); });
+        connect(client, &NAPClient::nap_AcqConditions, &receiver, [&](const nap::AcqConditions &conditions) {
+            receiver.arrived.push_back(conditions.get_temperature());
+        });
+        connect(client, &NAPClient::nap_DetectionResult, &receiver,
+                [&](const nap::DetectionResult &result) { receiver.arrived.push_back(result.get_value()); });
+        std::vector<double> sent;
+        std::thread middleware([&, service = tessel::PService(m_observer)] {
+            for (int i = 0; i < burst; ++i) {
+                nap::NotificationMessage notification;
+                if (i % 5 == 4) {
+                    nap::AcqConditions conditions;
+                    conditions.set_temperature(i);
+                    notification = statusMessage(nap::IN_PROGRESS);
+                    notification.set_conditions(conditions);
+                    sent.push_back(-1);
+                } else {
+                    nap::DetectionResult result;
+                    result.set_value(i);
+                    notification = message("NAP_DETECTION");
+                    notification.set_detection(result);
+                }
+                sent.push_back(i);
+                nap::NotificationObserver::sendMessage(*service, notification);
+            }
+        });
+        const QDeadlineTimer patience(30000);
+        while (receiver.arrived.size() < burst + burst / 5 && !patience.hasExpired())
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+        middleware.join();
+        QCoreApplication::processEvents();
+        QCOMPARE(receiver.arrived.size(), std::size_t(burst + burst / 5));
+        QVERIFY(receiver.arrived == sent);
     }
 
     void notificationThatCameBeforeTheReceiverWent_isNotDelivered()
