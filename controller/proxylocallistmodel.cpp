@@ -16,8 +16,7 @@ ProxyLocalListModel::ProxyLocalListModel(DatabaseItemListModel *locaux, UDListMo
     if (m_uds)
         connect(m_uds, &QObject::destroyed, this, [this] { m_uds = nullptr; });
     setSourceModel(locaux);
-    // The reference items carry no rank of their own: every row compares equal and the rooms keep the
-    // order of their list.
+    // The reference items carry no rank of their own: the rooms keep the order of their list.
     setSortRole(locaux ? locaux->roleForName(QByteArrayLiteral("order")) : -1);
     setDynamicSortFilter(true);
     sort(0, Qt::AscendingOrder);
@@ -87,4 +86,12 @@ bool ProxyLocalListModel::isUsed(const QString &title) const
         }
     }
     return m_usedTitles->contains(title);
+}
+
+bool ProxyLocalListModel::lessThan(const QModelIndex &left, const QModelIndex &right) const
+{
+    // A single row that comes in or changes is put behind all its equals unless they are told apart.
+    if (QSortFilterProxyModel::lessThan(left, right))
+        return true;
+    return left.row() < right.row() && !QSortFilterProxyModel::lessThan(right, left);
 }

@@ -46,6 +46,7 @@ private slots:
     void roomsThatChange_areFollowed();
     void unitsThatChangeWhileAViewIsRefreshed_countAtOnce();
     void proxyDeletedByAView_isLeftAlone();
+    void roomsThatComeOrChange_standWhereTheirListHasThem();
     void unitsDeletedOutside_areSkipped();
     void unitListGone_showsNoRoom();
     void roomListGone_showsNoRoom();
@@ -212,6 +213,20 @@ void TstProxyLocalListModel::proxyDeletedByAView_isLeftAlone()
     connect(proxy, &QAbstractItemModel::layoutChanged, this, [&proxy] { delete proxy; });
     proxy->invalidateLater();
     QTRY_VERIFY(proxy.isNull());
+}
+
+void TstProxyLocalListModel::roomsThatComeOrChange_standWhereTheirListHasThem()
+{
+    for (const char *local : {"Salon", "Cuisine", "Chambre", "Cave"})
+        addUnit(local);
+    const WatchedProxy proxy(m_rooms.get(), m_units.get());
+    QCOMPARE(titles(proxy), QStringLiteral("Salon Cuisine Chambre"));
+    m_rooms->add(QStringLiteral("Cave"), QString(), QString(), 0);
+    QCOMPARE(titles(proxy), QStringLiteral("Cave Salon Cuisine Chambre"));
+    m_rooms->at(2)->setTitle(QStringLiteral("Salon"));
+    QCOMPARE(titles(proxy), QStringLiteral("Cave Salon Salon Chambre"));
+    m_rooms->at(3)->setTitle(QStringLiteral("Cuisine")); // the entrance, which no unit used
+    QCOMPARE(titles(proxy), QStringLiteral("Cave Salon Salon Cuisine Chambre"));
 }
 
 void TstProxyLocalListModel::unitsDeletedOutside_areSkipped()
