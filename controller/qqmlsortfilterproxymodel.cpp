@@ -58,8 +58,11 @@ QQmlSortFilterProxyModel::QQmlSortFilterProxyModel(QObject *parent)
     , m_filterExpression(nullptr)
     , m_compareExpression(nullptr)
 {
+    connect(this, &QAbstractItemModel::modelAboutToBeReset, this, [this] { m_resetting = true; });
     connect(this, &QAbstractProxyModel::sourceModelChanged, this, &QQmlSortFilterProxyModel::updateRoles);
+    // The first to be told of a reset, before any view reads the rows anew.
     connect(this, &QAbstractItemModel::modelReset, this, &QQmlSortFilterProxyModel::updateRoles);
+    connect(this, &QAbstractItemModel::modelReset, this, [this] { m_resetting = false; });
     setDynamicSortFilter(true);
 }
 
@@ -89,7 +92,10 @@ void QQmlSortFilterProxyModel::setFilterPattern(const QString &filterPattern)
     if (regExp.pattern() == filterPattern)
         return;
     regExp.setPattern(filterPattern);
-    setFilterRegExp(regExp);
+    {
+        const QSignalBlocker quiet = quietInReset();
+        setFilterRegExp(regExp);
+    }
     emit filterPatternChanged();
 }
 
@@ -108,7 +114,10 @@ void QQmlSortFilterProxyModel::setFilterPatternSyntax(PatternSyntax patternSynta
     if (regExp.patternSyntax() == syntax)
         return;
     regExp.setPatternSyntax(syntax);
-    setFilterRegExp(regExp);
+    {
+        const QSignalBlocker quiet = quietInReset();
+        setFilterRegExp(regExp);
+    }
     emit filterPatternSyntaxChanged();
 }
 
@@ -154,6 +163,7 @@ void QQmlSortFilterProxyModel::setSortExpression(const QQmlScriptString &compare
     delete std::exchange(m_compareExpression, nullptr);
     m_compareOrigin = Origin(compareScriptString, {"Left", "Right"});
     if (sortColumn() >= 0) {
+        const QSignalBlocker quiet = quietInReset();
         // Both sort the rows again without filtering them again: sort() does so only while it is not
         // done dynamically, and then takes the same column and order for nothing to do.
         if (dynamicSortFilter())
@@ -213,8 +223,17 @@ bool QQmlSortFilterProxyModel::lessThan(const QModelIndex &left, const QModelInd
     return failed ? QSortFilterProxyModel::lessThan(left, right) : result.toBool();
 }
 
+// Changing a filter makes Qt's proxy find the rows first, if it has not yet, and then tell how they changed.
+// In the course of a reset that would tell the views of rows that they cannot know: they read all rows once
+// it is over.
+QSignalBlocker QQmlSortFilterProxyModel::quietInReset()
+{
+    return QSignalBlocker(m_resetting ? this : nullptr);
+}
+
 void QQmlSortFilterProxyModel::invalidateFilter()
 {
+    const QSignalBlocker quiet = quietInReset();
     QSortFilterProxyModel::invalidateFilter();
 }
 
@@ -222,8 +241,17 @@ void QQmlSortFilterProxyModel::updateRoles()
 {
     const QHash<int, QByteArray> names =
         sourceModel() ? sourceModel()->roleNames() : QHash<int, QByteArray>();
-    setFilterRole(roleOf(names, m_filterRoleName));
-    setSortRole(roleOf(names, m_sortRoleName));
+    const int oldFilterRole = filterRole();
+    const int oldSortRole = sortRole();
+    {
+        const QSignalBlocker quiet = quietInReset();
+        setFilterRole(roleOf(names, m_filterRoleName));
+        setSortRole(roleOf(names, m_sortRoleName));
+    }
+    if (m_resetting && filterRole() != oldFilterRole)
+        emit filterRoleChanged(filterRole());
+    if (m_resetting && sortRole() != oldSortRole)
+        emit sortRoleChanged(sortRole());
 }
 
 QQmlSortFilterProxyModel::Origin::Origin(const QQmlScriptString &script,

@@ -6,6 +6,7 @@
 #include <QPointer>
 #include <QQmlContext>
 #include <QQmlScriptString>
+#include <QSignalBlocker>
 #include <QSortFilterProxyModel>
 #include <QString>
 #include <QVariant>
@@ -128,6 +129,7 @@ private:
         /// Invalid in a source without columns.
         QModelIndex index;
     };
+    QSignalBlocker quietInReset();
     std::unique_ptr<halvar::RowExpression> compile(const QQmlScriptString &script,
                                                    const Origin &origin) const;
     QVariant evaluate(const QQmlScriptString &current, const Origin &origin, QQmlExpression *&kept,
@@ -143,6 +145,7 @@ private:
     QVariant m_filterValue;
     Origin m_filterOrigin;
     Origin m_compareOrigin;
+    bool m_resetting = false;
 };
 
 #endif // HALVAR_QQMLSORTFILTERPROXYMODEL_H

@@ -70,6 +70,8 @@ private slots:
     void filterRoleName_unknown_fallsBackToTheDisplayRole();
     void filterRoleName_sharedWithTheDisplayRole_works();
     void roleNames_areLookedUpWhenTheSourceArrivesOrResets();
+    void roleNames_lookedUpDuringAReset_areNotToldAsRows();
+    void settings_changedDuringAReset_areNotToldAsRows();
     void sortRoleName_sortsOnceAColumnIsChosen();
     void sortOrder_ascending_choosesColumn0();
     void sortRoleName_unknown_fallsBackToTheDisplayRole();
@@ -376,6 +378,71 @@ void TstQQmlSortFilterProxyModel::roleNames_areLookedUpWhenTheSourceArrivesOrRes
     QCOMPARE(proxy.sortRole(), 41);
     proxy.setSourceModel(nullptr);
     QCOMPARE(proxy.filterRole(), int(Qt::DisplayRole));
+}
+
+void TstQQmlSortFilterProxyModel::roleNames_lookedUpDuringAReset_areNotToldAsRows()
+{
+    // By title, which the display role reads, "b" would be shown; by the identifier it is "a" and "d".
+    List list(nullptr, QByteArray(), "title");
+    for (const char *text : {"a1", "b", "c", "d1"}) {
+        list.append(new ListItem(QString::fromLatin1(text, 1)));
+        list.last()->setUid(QString::fromLatin1(text));
+    }
+    Proxy proxy;
+    proxy.setFilterRoleName(QStringLiteral("uid"));
+    proxy.setSortRoleName(QStringLiteral("uid"));
+    proxy.setFilterPattern(QStringLiteral("1|b"));
+    proxy.setSortOrder(Qt::DescendingOrder);
+    SignalLog log;
+    log.watch(&proxy, &Proxy::modelReset, QStringLiteral("reset"));
+    log.watch(&proxy, &Proxy::rowsRemoved, QStringLiteral("removed"));
+    log.watch(&proxy, &Proxy::rowsInserted, QStringLiteral("inserted"));
+    log.watch(&proxy, &Proxy::filterRoleChanged, QStringLiteral("filterRole"));
+    log.watch(&proxy, &Proxy::sortRoleChanged, QStringLiteral("sortRole"));
+    int atReset = 0;
+    connect(&proxy, &Proxy::modelReset, this, [&] { atReset = proxy.rowCount(); });
+    proxy.setSourceModel(&list);
+    QCOMPARE(log.text(), QStringLiteral("filterRole sortRole reset"));
+    QCOMPARE(titles(proxy), QStringLiteral("d b a"));
+    QCOMPARE(atReset, 3);
+
+    RenamingModel changing;
+    proxy.setFilterPattern(QStringLiteral("^4"));
+    proxy.setSourceModel(&changing);
+    QCOMPARE(proxy.rowCount(), 0);
+    log.clear();
+    changing.rename({{40, "uid"}});
+    QCOMPARE(log.text(), QStringLiteral("filterRole sortRole reset"));
+    QCOMPARE(atReset, 1);
+    log.clear();
+    changing.rename({{50, "uid"}});
+    QCOMPARE(log.text(), QStringLiteral("filterRole sortRole reset"));
+    QCOMPARE(atReset, 0);
+    log.clear();
+    proxy.setFilterPattern(QString());
+    QCOMPARE(log.text(), QStringLiteral("inserted")); // and afterwards they are told as ever
+}
+
+void TstQQmlSortFilterProxyModel::settings_changedDuringAReset_areNotToldAsRows()
+{
+    Proxy proxy;
+    proxy.setFilterRoleName(QStringLiteral("title"));
+    SignalLog log;
+    log.watch(&proxy, &Proxy::modelReset, QStringLiteral("reset"));
+    log.watch(&proxy, &Proxy::rowsRemoved, QStringLiteral("removed"));
+    log.watch(&proxy, &Proxy::rowsInserted, QStringLiteral("inserted"));
+    log.watch(&proxy, &Proxy::filterPatternChanged, QStringLiteral("pattern"));
+    log.watch(&proxy, &Proxy::filterPatternSyntaxChanged, QStringLiteral("syntax"));
+    log.watch(&proxy, &Proxy::filterValueChanged, QStringLiteral("value"));
+    const QString first = m_list->first()->title();
+    connect(&proxy, &Proxy::sourceModelChanged, this, [&] {
+        proxy.setFilterPattern(QStringLiteral("?"));
+        proxy.setFilterPatternSyntax(Proxy::Wildcard);
+        proxy.setFilterValue(first);
+    });
+    proxy.setSourceModel(m_list.get());
+    QCOMPARE(log.text(), QStringLiteral("pattern syntax value reset"));
+    QCOMPARE(titles(proxy), first);
 }
 
 void TstQQmlSortFilterProxyModel::sortRoleName_sortsOnceAColumnIsChosen()
