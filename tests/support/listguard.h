@@ -19,6 +19,11 @@ public:
     {
         return parent.isValid() ? 0 : QIdentityProxyModel::rowCount(parent);
     }
+    // Asking a sort and filter proxy is enough to make it look for rows below a row, and find some.
+    int columnCount(const QModelIndex &parent = {}) const override
+    {
+        return parent.isValid() ? 0 : QIdentityProxyModel::columnCount(parent);
+    }
 };
 
 #endif // LISTGUARD_H
