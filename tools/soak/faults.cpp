@@ -86,6 +86,8 @@ void Soak::slowService()
     command("napDelay", {{QStringLiteral("ms"), 50}});
     m_controller->requestUpdate();
     command("napDelay", {{QStringLiteral("ms"), 0}});
+    // The status that was asked for says that nothing runs; it must not come while the next shot does.
+    pause(500);
 }
 
 void Soak::earlyRelease()
