@@ -117,7 +117,7 @@ template <typename Value, typename Conversion>
 void Config::readValue(Value &member, Conversion convert)
 {
     const QString key = m_reader.name().toString();
-    const QString text = m_reader.readElementText(QXmlStreamReader::SkipChildElements);
+    const QString text = m_reader.readElementText();
     // Where the file breaks off inside a value, half of a number or of a password is worse than none.
     if (m_reader.hasError())
         return;

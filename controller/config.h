@@ -6,9 +6,9 @@
 #include <QDate>
 #include <QObject>
 #include <QString>
-#include <QXmlStreamReader>
 
 #include "halvar-export.h"
+#include "xmlreader.h"
 
 /// The unit's configuration, read once at start-up from home/config/config_unit.
 ///
@@ -76,7 +76,7 @@ private:
     void readNumber(float &member);
     void readDate(QDate &member);
 
-    QXmlStreamReader m_reader;
+    halvar::XmlReader m_reader;
     QString m_home;
     QString m_VersionXMLFile;
     QString m_VersionLambrik;

@@ -14,6 +14,7 @@
 namespace {
 
 constexpr int sectionsPerFile = 4;
+constexpr qint64 itemSize = 560; // bytes that an item takes in its list, without its texts
 
 QString boolText(bool value)
 {
@@ -146,6 +147,8 @@ void Database::readItem()
 {
     if (!m_XmlStreamReader.isStartElement() || m_XmlStreamReader.name() != QLatin1String("item"))
         return;
+    if (!m_XmlStreamReader.account(itemSize))
+        return;
     auto *item = new DatabaseItem(m_home, m_databaseItemsListModel);
     const QXmlStreamAttributes attributes = m_XmlStreamReader.attributes();
     for (const QXmlStreamAttribute &attribute : attributes) {
@@ -163,7 +166,7 @@ void Database::readItem()
             m_XmlStreamReader.skipCurrentElement();
             continue;
         }
-        const QString text = m_XmlStreamReader.readElementText(QXmlStreamReader::SkipChildElements);
+        const QString text = m_XmlStreamReader.readElementText();
         if (m_XmlStreamReader.hasError())
             break;
         if (isTitle) {

@@ -5,11 +5,11 @@
 
 #include <QObject>
 #include <QString>
-#include <QXmlStreamReader>
 #include <QXmlStreamWriter>
 
 #include "databaseitemlistmodel.h"
 #include "halvar-export.h"
+#include "xmlreader.h"
 
 /// The reference lists offered to the operator, and their two files under the home directory:
 /// database/database_unit.xml (what is measured) and database/database_diagnostic.xml (reasons and states,
@@ -63,7 +63,7 @@ private:
     void watch(const DatabaseItemListModel *list);
 
     QString m_home;
-    QXmlStreamReader m_XmlStreamReader;
+    halvar::XmlReader m_XmlStreamReader;
     mutable QXmlStreamWriter m_XmlStreamWriter; // composes in memory only
     QString m_sCurrentItemType;
     DatabaseItemListModel *m_databaseItemsListModel = nullptr;

@@ -2,11 +2,25 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "databaseitemlistmodel.h"
 
-#include <algorithm>
-
 DatabaseItemListModel::DatabaseItemListModel(QObject *parent)
     : QQmlObjectListModel<DatabaseItem>(parent)
-{ }
+{
+    connect(this, &QAbstractItemModel::rowsRemoved, this, &DatabaseItemListModel::forgetTitles);
+    connect(this, &QAbstractItemModel::rowsMoved, this, &DatabaseItemListModel::forgetTitles);
+    connect(this, &QAbstractItemModel::rowsInserted, this, [this](const QModelIndex &, int first, int last) {
+        // At the end, where it mostly happens, nothing that is known changes.
+        if (m_titlesKnown && last + 1 == count())
+            noteTitles(first, last);
+        else
+            forgetTitles();
+    });
+    const int titleRole = roleForName(QByteArrayLiteral("title"));
+    connect(this, &QAbstractItemModel::dataChanged, this,
+            [this, titleRole](const QModelIndex &, const QModelIndex &, const QVector<int> &roles) {
+                if (roles.isEmpty() || roles.contains(titleRole))
+                    forgetTitles();
+            });
+}
 
 QString DatabaseItemListModel::findImageFromTitle(const QString &title) const
 {
@@ -39,7 +53,21 @@ void DatabaseItemListModel::add(const QString &title, const QString &image, cons
 
 DatabaseItem *DatabaseItemListModel::findTitle(const QString &title) const
 {
-    const auto found = std::find_if(
-        begin(), end(), [&title](const DatabaseItem *item) { return item && item->title() == title; });
-    return found == end() ? nullptr : *found;
+    // What is found is proved: an item that somebody else deleted leaves no signal behind.
+    DatabaseItem *found = m_titlesKnown ? m_byTitle.value(title) : nullptr;
+    if (m_titlesKnown && (!found || (contains(found) && found->title() == title)))
+        return found;
+    m_byTitle.clear();
+    m_titlesKnown = true;
+    noteTitles(0, count() - 1);
+    return m_byTitle.value(title);
+}
+
+void DatabaseItemListModel::noteTitles(int first, int last) const
+{
+    for (int row = first; row <= last; ++row) {
+        DatabaseItem *item = at(row);
+        if (item && !m_byTitle.contains(item->title()))
+            m_byTitle.insert(item->title(), item);
+    }
 }

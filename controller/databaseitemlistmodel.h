@@ -3,6 +3,7 @@
 #ifndef HALVAR_DATABASEITEMLISTMODEL_H
 #define HALVAR_DATABASEITEMLISTMODEL_H
 
+#include <QHash>
 #include <QString>
 
 #include "databaseitem.h"
@@ -34,8 +35,13 @@ public slots:
 
 private:
     DatabaseItem *findTitle(const QString &title) const;
+    void forgetTitles() { m_titlesKnown = false; }
+    void noteTitles(int first, int last) const;
 
     QString m_home;
+    // The first item of each title. The pointers may dangle: an item counts only while the list holds it.
+    mutable QHash<QString, DatabaseItem *> m_byTitle;
+    mutable bool m_titlesKnown = false;
 };
 
 #endif // HALVAR_DATABASEITEMLISTMODEL_H

@@ -25,6 +25,15 @@ using Degradation = DegradationStateEnumClass;
 using Localisation = LocalisationEnumClass;
 using Statut = UDStatutEnumClass;
 
+// Bytes that one of them takes for good, its lists and connections included, without its texts.
+constexpr qint64 unitSize = 960;
+constexpr qint64 measureSize = 640;
+constexpr qint64 itemSize = 700; // with its place in the document that is written back
+
+// Of the reference lists, in all writes of one load: many times what a building and its lists give. A file
+// made of nothing but new titles would otherwise take hours, and wear out the flash.
+constexpr qint64 itemsWrittenAtOnce = 2000000;
+
 /// The values of an enumeration that a file can give, by their labels, which are decoded once.
 template <typename Enumeration, std::size_t N>
 class Values
@@ -122,6 +131,8 @@ bool DiagnosticReader::read(QIODevice *device)
         if (m_xml.readNext() == QXmlStreamReader::StartElement)
             readTopLevel();
     }
+    if (m_writesWaited > 0)
+        m_database->writeIfChanged();
     return !m_xml.hasError();
 }
 
@@ -244,6 +255,8 @@ void DiagnosticReader::readUnits()
 void DiagnosticReader::readUnit()
 {
     QLOG_DEBUG() << "UD OK:";
+    if (!m_xml.account(unitSize))
+        return;
     auto *unit = new UD(m_controller.uds);
     while (m_xml.readNextStartElement())
         readUnitChild(*unit);
@@ -302,9 +315,10 @@ const QString *DiagnosticReader::readReference(DatabaseItemListModel *list, cons
     const QString image = m_xml.attributes().value(QLatin1String("Image")).toString();
     QLOG_DEBUG() << imageMessage << image;
     const QString *const title = text(valueMessage);
-    if (title && list && !list->activateIfTitleExist(*title)) {
+    if (title && list && !list->activateIfTitleExist(*title) && m_xml.account(itemSize)) {
         QLOG_DEBUG() << addedMessage;
         list->add(kept(*title), image, kind, -1);
+        m_listsGrew = true;
     }
     return title;
 }
@@ -315,11 +329,29 @@ void DiagnosticReader::writeDatabase()
         return;
     // Once in any case: the file may be older than the lists. Then only when it would differ.
     if (m_databaseWritten) {
-        m_database->writeIfChanged();
+        if (!isWritePutOff())
+            m_database->writeIfChanged();
     } else {
         m_databaseWritten = true;
         m_database->write();
     }
+}
+
+bool DiagnosticReader::isWritePutOff()
+{
+    if (!m_listsGrew)
+        return false;
+    if (m_itemsWritten > itemsWrittenAtOnce) {
+        if (++m_writesWaited < m_writesToWait)
+            return true;
+        m_writesWaited = 0;
+        m_writesToWait *= 2;
+    }
+    m_listsGrew = false;
+    m_itemsWritten += m_database->m_LocalItemsListModel->count()
+        + m_database->m_ElementItemsListModel->count() + m_database->m_SubstratItemsListModel->count()
+        + m_database->m_RevetementItemsListModel->count();
+    return false;
 }
 
 void DiagnosticReader::readMeasures(UD &unit)
@@ -336,6 +368,8 @@ void DiagnosticReader::readMeasures(UD &unit)
 void DiagnosticReader::readMeasure(UD &unit)
 {
     QLOG_DEBUG() << "Mesure OK:";
+    if (!m_xml.account(measureSize))
+        return;
     auto *measure = new Measure(unit.measures());
     measure->setIdNAP(m_xml.attributes().value(QLatin1String("Id")).toInt());
     while (m_xml.readNextStartElement()) {

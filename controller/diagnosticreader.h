@@ -4,7 +4,8 @@
 #define HALVAR_DIAGNOSTICREADER_H
 
 #include <QString>
-#include <QXmlStreamReader>
+
+#include "xmlreader.h"
 
 class Database;
 class DatabaseItemListModel;
@@ -44,6 +45,8 @@ private:
     const QString *readReference(DatabaseItemListModel *list, const char *imageMessage,
                                  const char *valueMessage, const char *addedMessage, const QString &kind);
     void writeDatabase();
+    /// Once a load has written very much, only every second, fourth, eighth... write is carried out.
+    bool isWritePutOff();
     /// The current element's text, until the next one is read; null when damage cuts it off, so that half a
     /// word is never taken for one. What child elements hold is no part of it.
     const QString *text();
@@ -51,9 +54,13 @@ private:
 
     HalvarController &m_controller;
     const Database *m_database;
-    QXmlStreamReader m_xml;
+    halvar::XmlReader m_xml;
     QString m_text;
     bool m_databaseWritten = false;
+    bool m_listsGrew = false; ///< since the last write
+    qint64 m_itemsWritten = 0; ///< of the reference lists, in all writes together
+    int m_writesWaited = 0; ///< for which the next write has been put off
+    int m_writesToWait = 1;
 };
 
 #endif // HALVAR_DIAGNOSTICREADER_H

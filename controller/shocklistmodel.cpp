@@ -4,13 +4,15 @@
 
 #include <QFile>
 #include <QRegularExpression>
-#include <QXmlStreamReader>
 #include <QXmlStreamWriter>
 
 #include "damagedfile.h"
 #include "filereplace.h"
+#include "xmlreader.h"
 
 namespace {
+
+constexpr qint64 shockSize = 500; // bytes that one takes in the list
 
 const QString &format()
 {
@@ -38,6 +40,8 @@ QDateTime parsed(const QString &text)
     static const QRegularExpression pattern(
         QStringLiteral("^(\\d\\d-\\d\\d-\\d{4}) (\\d\\d:\\d\\d:\\d\\d)(?: (\\S+))?$"));
     const QRegularExpressionMatch match = pattern.match(text.trimmed());
+    if (!match.hasMatch())
+        return QDateTime();
     const QDate date = QDate::fromString(match.captured(1), QStringLiteral("dd-MM-yyyy"));
     const QTime time = QTime::fromString(match.captured(2), QStringLiteral("HH:mm:ss"));
     if (!date.isValid() || !time.isValid())
@@ -69,15 +73,16 @@ void ShockListModel::read()
         m_unread = !halvar::isNoFile(m_file->fileName());
         return;
     }
-    QXmlStreamReader xml(m_file);
+    halvar::XmlReader xml;
+    xml.setDevice(m_file);
     if (xml.readNextStartElement() && xml.name() == QLatin1String("history_shocks")) {
         while (xml.readNextStartElement()) {
             if (xml.name() != QLatin1String("shock")) {
                 xml.skipCurrentElement();
                 continue;
             }
-            const QString text = xml.readElementText(QXmlStreamReader::SkipChildElements);
-            if (!xml.hasError())
+            const QString text = xml.readElementText();
+            if (xml.account(shockSize))
                 append(new Shock(parsed(text), this));
         }
     }

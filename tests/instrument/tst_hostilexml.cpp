@@ -1,0 +1,208 @@
+// SPDX-FileCopyrightText: 2026 Halvar Controller contributors
+// SPDX-License-Identifier: Apache-2.0
+//
+// Files that were made to cost far more time or memory than their size accounts for: reading n bytes takes
+// less than 40 n + 20 MB, and seconds.
+#include <QElapsedTimer>
+#include <QtTest>
+
+#include <functional>
+#include <memory>
+
+#include <malloc.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "diagnosticfixture.h"
+#include "logrecorder.h"
+#include "shocklistmodel.h"
+#include "xmlreader.h"
+
+namespace {
+
+QByteArray numbered(const char *piece, int size)
+{
+    QByteArray text;
+    for (int i = 0; text.size() < size; ++i)
+        text += QByteArray(piece).replace('#', QByteArray::number(i));
+    return text;
+}
+
+constexpr int Megabyte = 1000 * 1000;
+
+/// In kB, as the kernel tells it of this process.
+long memory(const char *key)
+{
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (!status.open(QIODevice::ReadOnly))
+        return -1;
+    const QByteArray text = status.readAll();
+    const int at = text.indexOf(key);
+    return at < 0 ? -1 : text.mid(at + int(qstrlen(key)) + 1).trimmed().split(' ').first().toLong();
+}
+
+/// What \p read needs more at its peak than before, in bytes, measured in a process of its own.
+double peakOf(const std::function<void()> &read)
+{
+    int ends[2];
+    if (pipe(ends) != 0)
+        return -1;
+    const pid_t child = fork();
+    if (child == 0) {
+        malloc_trim(0); // what earlier tests have given back would be used first, and hide what is taken
+        QFile reset(QStringLiteral("/proc/self/clear_refs"));
+        const bool isReset =
+            reset.open(QIODevice::WriteOnly | QIODevice::Unbuffered) && reset.write("5") == 1;
+        const long before = memory("VmRSS");
+        read();
+        const long peak = isReset ? memory("VmHWM") - before : -1;
+        const bool told = write(ends[1], &peak, sizeof peak) == sizeof peak;
+        _exit(told ? 0 : 1);
+    }
+    close(ends[1]);
+    long peak = -1;
+    const bool told = ::read(ends[0], &peak, sizeof peak) == sizeof peak;
+    close(ends[0]);
+    int status = -1;
+    waitpid(child, &status, 0);
+    return told && status == 0 ? double(peak) * 1024 : -1;
+}
+
+} // namespace
+
+class TstHostileXml : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::unique_ptr<DiagnosticFixture> m;
+
+private slots:
+    void initTestCase()
+    {
+        QVERIFY2(qEnvironmentVariableIsSet("HALVAR_INSTRUMENT"),
+                 "Run through simulator/instrument: this test would drive the machine's own GPIO and shell.");
+        m = std::make_unique<DiagnosticFixture>();
+    }
+    void init() { m->clear(); }
+    void cleanupTestCase() { m.reset(); }
+
+    void costlyDocument_isAnErrorWithinSeconds_data()
+    {
+        QTest::addColumn<QByteArray>("document");
+        QTest::addColumn<QString>("error");
+        QTest::newRow("attributes") << "<Data" + numbered(" a#=\"\"", Megabyte) + "/>"
+                                    << QStringLiteral("More than 256 attributes.");
+        const QByteArray utf16 = "<Data" + numbered(" a#=''", Megabyte) + "/>";
+        QByteArray wide("\xff\xfe");
+        for (const char letter : utf16)
+            wide.append(letter).append('\0');
+        QTest::newRow("attributes in UTF-16") << wide << QStringLiteral("More than 256 attributes.");
+        QTest::newRow("attributes behind brackets in values") << "<Data" + numbered(" a#=\"'>\"", Megabyte)
+                + "/>" << QStringLiteral("More than 256 attributes.");
+        QTest::newRow("attributes behind a comment, data and an instruction")
+            << "<Data><!-- ' --><![CDATA[<]]]]><?a '?><a" + numbered(" a#=\"\"", Megabyte) + "/></Data>"
+            << QStringLiteral("More than 256 attributes.");
+        QTest::newRow("attributes behind a document type")
+            << "<!DOCTYPE Data [<!-- ' --><!ENTITY e \"]>'\">]><Data" + numbered(" a#=\"\"", Megabyte) + "/>"
+            << QStringLiteral("More than 256 attributes.");
+        QTest::newRow("name spaces") << numbered("<a xmlns:p#='u'>", Megabyte)
+                                     << QStringLiteral("More than 256 name spaces.");
+        QTest::newRow("references") << "<!DOCTYPE d [<!ENTITY e '" + QByteArray(4000, 'x') + "'>]><Data>"
+                + numbered("&e;", Megabyte)
+                + "</Data>" << QStringLiteral("More than 256 references to entities.");
+        QTest::newRow("default attributes")
+            << "<!DOCTYPE d [<!ATTLIST a" + numbered(" a# CDATA 'x'", 10000) + ">]><Data>"
+                + numbered("<a/>", Megabyte)
+            << QStringLiteral("Declarations of attributes and parameters are not read.");
+        QTest::newRow("prolog") << "<!DOCTYPE d [" + numbered("<!ENTITY e# 'x'>", Megabyte) + "]><Data/>"
+                                << QStringLiteral("More than 65536 bytes before the first element.");
+        QTest::newRow("encoding") << QByteArray("<?xml version='1.0' encoding='ISO-2022-JP'?><Data/>")
+                                  << QStringLiteral("The encoding ISO-2022-JP is not read.");
+    }
+    void costlyDocument_isAnErrorWithinSeconds()
+    {
+        QFETCH(QByteArray, document);
+        QFETCH(QString, error);
+        QBuffer file(&document);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QElapsedTimer timer;
+        timer.start();
+        halvar::XmlReader reader;
+        reader.setDevice(&file);
+        while (!reader.atEnd() && !reader.hasError())
+            reader.readNext();
+        QCOMPARE(reader.errorString(), error);
+        QVERIFY2(timer.elapsed() < 20000, qPrintable(QString::number(timer.elapsed())));
+    }
+
+    void manyNewTitles_areReadWithinSeconds()
+    {
+        QElapsedTimer timer;
+        timer.start();
+        const LogRecorder log(QsLogging::ErrorLevel);
+        m->load("<Dossier><Uds><Ud>" + numbered("<Local>#</Local>", 300000)
+                + numbered("<Revetement>#</Revetement>", 300000) + "</Ud></Uds></Dossier>");
+        QCOMPARE(log.lines(), QStringList());
+        QVERIFY2(timer.elapsed() < 60000, qPrintable(QString::number(timer.elapsed())));
+        Database again;
+        QVERIFY(again.read(m->home.path()));
+        QCOMPARE(again.m_RevetementItemsListModel->count(),
+                 m->database().m_RevetementItemsListModel->count());
+        QVERIFY(again.m_RevetementItemsListModel->count() > 10000);
+    }
+
+    void memory_staysWithinFortyTimesTheFile_data()
+    {
+        QTest::addColumn<QString>("reader");
+        QTest::addColumn<QByteArray>("document");
+        const auto row = [](const char *reader, const char *what, const QByteArray &document) {
+            QTest::addRow("%s, %s", reader, what) << QString::fromLatin1(reader) << document;
+        };
+        constexpr int size = 2 * Megabyte;
+        row("diagnostic", "units", "<Dossier><Uds>" + numbered("<Ud/>", size));
+        row("diagnostic", "measures", "<Dossier><Uds><Ud><Mesures>" + numbered("<Mesure/>", size));
+        row("diagnostic", "new rooms", "<Dossier><Uds><Ud>" + numbered("<Local>#</Local>", size));
+        row("diagnostic", "one text",
+            "<Dossier><Uds><Ud><Observation>" + QByteArray(4 * size, 'x') + "</Observation>");
+        row("diagnostic", "nesting", "<Dossier><Uds>" + numbered("<a>", 4 * size));
+        row("database", "items", "<database_unit><locaux>" + numbered("<item/>", size));
+        row("database", "one attribute",
+            "<database_unit><locaux><item type=\"" + QByteArray(size, 'x') + "\"/>");
+        row("shocks", "shocks", "<history_shocks>" + numbered("<shock/>", size));
+        row("config", "nesting", "<Data><V/><U>" + numbered("<a>", size));
+        row("config", "one text", "<Data><V/><U><N_ASN>" + QByteArray(size, 'x') + "</N_ASN></U></Data>");
+    }
+    void memory_staysWithinFortyTimesTheFile()
+    {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+        QSKIP("The sanitizers' own memory would be measured.");
+#endif
+        QFETCH(QString, reader);
+        QFETCH(QByteArray, document);
+        const QString home = m->home.path();
+        std::function<void()> read = [this] { (*m)->loadFile(m->path(QStringLiteral("x"))); };
+        QString file = QStringLiteral("files/x.xml");
+        if (reader == QLatin1String("database")) {
+            file = QStringLiteral("database/database_unit.xml");
+            read = [home] { Database().read(home); };
+        } else if (reader == QLatin1String("shocks")) {
+            file = QStringLiteral("shock/shock.xml");
+            read = [home] { const ShockListModel shocks(home); };
+        } else if (reader == QLatin1String("config")) {
+            file = QStringLiteral("config/config_unit");
+            read = [home] { Config().read(home); };
+        }
+        const QByteArray before = m->home.read(file);
+        m->home.write(file, document);
+        const double size = document.size();
+        const double peak = peakOf(read);
+        m->home.write(file, before);
+        const QString figures = QStringLiteral("%1 MB for %2 MB").arg(peak / 1e6).arg(size / 1e6);
+        qInfo("%s", qPrintable(figures));
+        QVERIFY2(peak > 0 && peak < 40 * size + 20 * Megabyte, qPrintable(figures));
+    }
+};
+
+QTEST_GUILESS_MAIN(TstHostileXml)
+#include "tst_hostilexml.moc"
