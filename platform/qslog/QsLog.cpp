@@ -5,7 +5,6 @@
 #include <QDateTime>
 #include <QVector>
 
-#include <atomic>
 #include <mutex>
 
 namespace QsLogging {
@@ -37,10 +36,11 @@ const char *levelName(Level level)
 
 struct Logger::Private
 {
-    std::atomic<Level> level{InfoLevel};
     std::mutex mutex;
     QVector<DestinationPtr> destinations;
 };
+
+std::atomic<Level> Logger::s_level{InfoLevel};
 
 Logger::Logger()
     : d(std::make_unique<Private>())
@@ -70,26 +70,25 @@ void Logger::removeDestination(const DestinationPtr &destination)
 
 void Logger::setLoggingLevel(Level newLevel)
 {
-    d->level.store(newLevel, std::memory_order_relaxed);
+    s_level.store(newLevel, std::memory_order_relaxed);
 }
 
-Level Logger::loggingLevel() const
-{
-    return d->level.load(std::memory_order_relaxed);
-}
-
-void Logger::write(const QString &message, Level level)
+void Logger::write(const QString &text, Level level)
 {
     const std::lock_guard<std::mutex> lock(d->mutex);
+    // The local time costs more than the rest of a line.
+    if (d->destinations.isEmpty())
+        return;
+    const QString time = QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-ddThh:mm:ss.zzz"));
+    const QString message =
+        QLatin1String(levelName(level)) + QLatin1Char(' ') + time + QLatin1Char(' ') + text;
     for (const DestinationPtr &destination : qAsConst(d->destinations))
         destination->write(message, level);
 }
 
 Logger::Helper::~Helper()
 {
-    const QString time = QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-ddThh:mm:ss.zzz"));
-    Logger::instance().write(
-        QLatin1String(levelName(m_level)) + QLatin1Char(' ') + time + QLatin1Char(' ') + m_buffer, m_level);
+    Logger::instance().write(m_buffer, m_level);
 }
 
 } // namespace QsLogging

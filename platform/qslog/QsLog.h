@@ -6,6 +6,7 @@
 #include <QDebug>
 #include <QString>
 
+#include <atomic>
 #include <memory>
 
 #include "QsLogDest.h"
@@ -25,7 +26,10 @@ public:
     void removeDestination(const DestinationPtr &destination);
     void setLoggingLevel(Level newLevel);
     /// Info until it is set.
-    Level loggingLevel() const;
+    Level loggingLevel() const { return s_level.load(std::memory_order_relaxed); }
+    /// Whether a line of this level goes nowhere. All that a line costs then: neither a call nor the
+    /// guard of instance().
+    static bool keepsOut(Level lineLevel) { return s_level.load(std::memory_order_relaxed) > lineLevel; }
 
     /// Composes one line and hands it on when it is destroyed, as
     /// "LEVEL yyyy-MM-ddThh:mm:ss.zzz text", LEVEL padded to five characters.
@@ -50,7 +54,9 @@ private:
     Logger();
     ~Logger();
     Q_DISABLE_COPY(Logger)
-    void write(const QString &message, Level level);
+    void write(const QString &text, Level level);
+
+    static std::atomic<Level> s_level;
 
     struct Private;
     const std::unique_ptr<Private> d;
@@ -60,7 +66,7 @@ private:
 
 // A line that the level keeps out is not composed: nothing behind the macro is evaluated.
 #define QSLOG_LINE(level)                                                                                    \
-    if (QsLogging::Logger::instance().loggingLevel() > (level)) {                                            \
+    if (QsLogging::Logger::keepsOut(level)) {                                                                \
     } else                                                                                                   \
         QsLogging::Logger::Helper(level).stream()
 #define QLOG_TRACE() QSLOG_LINE(QsLogging::TraceLevel)
