@@ -2,16 +2,27 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "shellcommand.h"
 
-#include <QRegularExpression>
-
+#include <algorithm>
 #include <cstdlib>
+#include <cstring>
+
+namespace {
+
+// Such a character means itself to every shell, wherever it stands.
+bool isPlain(QChar character)
+{
+    const ushort code = character.unicode();
+    return (code >= 'A' && code <= 'Z') || (code >= 'a' && code <= 'z') || (code >= '0' && code <= '9')
+        || (code < 128 && code > 0 && std::strchr("_@%+=:,./-", code));
+}
+
+} // namespace
 
 namespace halvar {
 
 QString shellWord(const QString &argument)
 {
-    static const QRegularExpression plain(QStringLiteral("\\A[A-Za-z0-9_@%+=:,./-]+\\z"));
-    if (plain.match(argument).hasMatch())
+    if (!argument.isEmpty() && std::all_of(argument.begin(), argument.end(), isPlain))
         return argument;
     // A zero byte would end the command line early.
     QString quoted = argument;

@@ -3,8 +3,9 @@
 #include "shocklistmodel.h"
 
 #include <QFile>
-#include <QRegularExpression>
 #include <QXmlStreamWriter>
+
+#include <algorithm>
 
 #include "damagedfile.h"
 #include "filereplace.h"
@@ -26,7 +27,8 @@ QDateTime localTime(const QDate &date, const QTime &time, const QString &zone)
 {
     constexpr int hour = 3600;
     const QDateTime local(date, time);
-    for (const QDateTime &candidate : {local, local.addSecs(hour), local.addSecs(-hour)}) {
+    for (const int shift : {0, hour, -hour}) {
+        const QDateTime candidate = shift == 0 ? local : local.addSecs(shift);
         if (candidate.isValid() && candidate.date() == date && candidate.time() == time
             && candidate.timeZoneAbbreviation() == zone)
             return candidate;
@@ -34,22 +36,44 @@ QDateTime localTime(const QDate &date, const QTime &time, const QString &zone)
     return QDateTime();
 }
 
-/// \p text as write() left it, under whatever time zone the instrument was set to then.
-QDateTime parsed(const QString &text)
+/// Whether \p text begins like \p shape, where a 0 stands for any digit.
+bool beginsLike(const QString &text, QLatin1String shape)
 {
-    static const QRegularExpression pattern(
-        QStringLiteral("^(\\d\\d-\\d\\d-\\d{4}) (\\d\\d:\\d\\d:\\d\\d)(?: (\\S+))?$"));
-    const QRegularExpressionMatch match = pattern.match(text.trimmed());
-    if (!match.hasMatch())
+    return text.size() >= shape.size()
+        && std::equal(shape.begin(), shape.end(), text.begin(), [](char expected, QChar character) {
+               const bool isDigit = character >= QLatin1Char('0') && character <= QLatin1Char('9');
+               return expected == '0' ? isDigit : character == QLatin1Char(expected);
+           });
+}
+
+bool isBlank(QChar character)
+{
+    return character == QLatin1Char(' ')
+        || (character >= QLatin1Char('\t') && character <= QLatin1Char('\r'));
+}
+
+/// \p text as write() left it, under whatever time zone the instrument was set to then.
+QDateTime parsed(const QString &untrimmed)
+{
+    const QString text = untrimmed.trimmed();
+    const QLatin1String shape("00-00-0000 00:00:00");
+    if (!beginsLike(text, shape))
         return QDateTime();
-    const QDate date = QDate::fromString(match.captured(1), QStringLiteral("dd-MM-yyyy"));
-    const QTime time = QTime::fromString(match.captured(2), QStringLiteral("HH:mm:ss"));
+    const QString zone = text.mid(shape.size() + 1);
+    const bool hasZone = text.size() > shape.size();
+    if (hasZone
+        && (text.at(shape.size()) != QLatin1Char(' ') || zone.isEmpty()
+            || std::any_of(zone.begin(), zone.end(), isBlank)))
+        return QDateTime();
+    const auto number = [&text](int position, int digits) { return text.midRef(position, digits).toInt(); };
+    const QDate date(number(6, 4), number(3, 2), number(0, 2));
+    const QTime time(number(11, 2), number(14, 2), number(17, 2));
     if (!date.isValid() || !time.isValid())
         return QDateTime();
-    const QDateTime local = localTime(date, time, match.captured(3));
+    const QDateTime local = localTime(date, time, zone);
     if (local.isValid())
         return local;
-    const QDateTime foreign = QDateTime::fromString(match.captured(), format());
+    const QDateTime foreign = QDateTime::fromString(text, format());
     if (foreign.isValid() && foreign.date() == date && foreign.time() == time)
         return foreign;
     // A zone nobody knows: the clock's reading is what the history is about. The local zone may skip that

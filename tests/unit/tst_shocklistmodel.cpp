@@ -201,6 +201,12 @@ private slots:
         QTest::newRow("year first") << history("<shock>2026-03-01 14:05:09 CET</shock>") << invalid;
         QTest::newRow("text behind the zone")
             << history("<shock>01-03-2026 14:05:09 CET x</shock>") << invalid;
+        QTest::newRow("other signs between the numbers")
+            << history("<shock>01/03/2026 14:05:09 CET</shock>") << invalid;
+        QTest::newRow("letter in a number") << history("<shock>01-03-2026 14:O5:09 CET</shock>") << invalid;
+        QTest::newRow("no blank before the zone")
+            << history("<shock>01-03-2026 14:05:09-CET</shock>") << invalid;
+        QTest::newRow("cut in the seconds") << history("<shock>01-03-2026 14:05:0</shock>") << invalid;
         QTest::newRow("damaged after the first") << "<history_shocks>" + a + b.left(20) << first;
         QTest::newRow("wrong end") << "<history_shocks>" + a + "</oops>" << first;
     }
