@@ -83,6 +83,7 @@ void TstPeersObserver::spoiledNotifications_harmNothing()
     const int measures = bench->directMeasures->size();
     const Holdings before = Holdings::now();
     LogRecorder log;
+    QVERIFY(bench.isHard()); // the shutter of the shot before has closed
     Pulse pulse;
     QVERIFY(bench.simulator.control.press());
     QTRY_COMPARE(bench->directMeasures->size(), measures + 1);
