@@ -175,7 +175,9 @@ void Model::setUdIndexEdition(int index)
 
 void Model::setMeasureTime(int seconds)
 {
-    if (m_state.acquisitionMode != None || m_state.measureTime == seconds)
+    if (m_state.acquisitionMode != None)
+        return tell("log [Halvar Controller]: Cannot change Measure Time during a measure.");
+    if (m_state.measureTime == seconds)
         return;
     m_state.measureTime = seconds;
     tell("measureTimeChanged " + std::to_string(seconds));
@@ -225,13 +227,14 @@ void Model::storeCalibrationDate(const std::string &date)
 void Model::readBattery()
 {
     int level = 0;
-    if (m_voltage != -1) { // -1: nothing to read
+    if (m_voltage == -1)
+        tell("log [Halvar Controller][Battery]: Can't read Voltage.");
+    else
         level = m_voltage <= 3300000 ? 3300000 // also what is no number
             : m_voltage <= 3500000   ? 3500000
             : m_voltage <= 3700000   ? 3700000
             : m_voltage <= 3900000   ? 3900000
                                      : 3900001;
-    }
     set(m_state.battery, level, "battery " + std::to_string(level));
 }
 
@@ -256,8 +259,9 @@ void Model::applySetting(const Event &e)
         return set(m_state.branchMode, e.number, "branchModeChanged " + std::to_string(e.number));
     case Kind::SetMeasureMode:
         // Untold, and refused while anything runs.
-        if (m_state.acquisitionMode == None)
-            m_state.measureMode = e.number;
+        if (m_state.acquisitionMode != None)
+            return tell("log [Halvar Controller]: Cannot change Measure Mode during a measure.");
+        m_state.measureMode = e.number;
         return;
     case Kind::SetNbMeasures:
         return set(m_state.nbMeasures, e.number, "nbMeasuresChanged " + std::to_string(e.number));

@@ -173,6 +173,8 @@ void Model::mspInfo(const Event &e)
     m_state.mspServer = "server " + e.text;
     if (e.number == ReadyHard)
         msp("ABORT");
+    else if (e.number != Standby)
+        tell("log [Halvar Controller]: * MSP: \"KO\"");
     setShock(e.shock);
     tell("file lambrik/info.txt");
     if (e.shutter) {

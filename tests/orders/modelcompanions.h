@@ -107,8 +107,10 @@ struct PinModel
             return false;
         const bool right = std::equal(entered.begin(), entered.end(), secret.begin());
         accept(right, out);
-        if (!right)
-            failures = (failures + 1) % 3;
+        if (!right && ++failures == 3) {
+            out.push_back("log [Halvar Controller][PIN]: 3 wrong password reached.");
+            failures = 0;
+        }
         return right;
     }
 
@@ -136,7 +138,7 @@ struct PinModel
     std::array<int, 5> secret{-1, -1, -1, -1, -1};
     std::vector<int> entered;
     int told = 0;
-    int failures = 0; ///< seen in the log only
+    int failures = 0;
     bool accepted = false;
     bool disabled = false;
 };

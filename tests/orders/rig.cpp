@@ -126,7 +126,8 @@ Rig::Rig(Application &application, VirtualClock &clock, const Setup &setup)
     : m_application(application)
     , m_clock(clock)
 {
-    QsLogging::Logger::instance().setLoggingLevel(setup.traced ? QsLogging::TraceLevel : QsLogging::OffLevel);
+    QsLogging::Logger::instance().setLoggingLevel(setup.traced ? QsLogging::TraceLevel
+                                                               : QsLogging::InfoLevel);
     configure(m_home, setup);
     QDir().mkpath(homeOf(true) + QLatin1String("files"));
     setGauge(4050000); // the sequences share it

@@ -13,7 +13,8 @@
 namespace orders {
 
 /// What the world outside saw, one line each, in order: signals with the value that their property has at
-/// that moment, calls to the service, commands to the MSP, beeps, files written, shell commands.
+/// that moment, calls to the service, commands to the MSP, beeps, files written, shell commands, and
+/// the log lines that are the only sign of something.
 using Effects = std::vector<std::string>;
 
 struct MeasureState

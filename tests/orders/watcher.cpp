@@ -3,8 +3,11 @@
 #include "watcher.h"
 
 #include <QMetaEnum>
+#include <QThread>
 
 #include <utility>
+
+#include <QsLog.h>
 
 #include "battery.h"
 #include "calibration.h"
@@ -34,13 +37,34 @@ std::string word(const QString &value)
     return value.toStdString();
 }
 
+Watcher *reader = nullptr; ///< of the log
+
+/// Tells the lines that are the only sign of what happened: Error and Fatal ones, and the count of wrong
+/// codes.
+void readLog(const QString &message, QsLogging::Level level)
+{
+    const bool telling =
+        level >= QsLogging::ErrorLevel || message.contains(QLatin1String("wrong password reached."));
+    // What the worker thread logs is the link's own affair.
+    if (telling && QThread::currentThread() == reader->thread())
+        reader->add("log " + message.mid(message.indexOf(QLatin1Char('['))).simplified().toStdString());
+}
+
 } // namespace
 
 Watcher::Watcher(HalvarController *controller, const QByteArray &home)
-    : m_files(home, [this](const std::string &effect) { m_effects.push_back(effect); })
+    : m_log(QsLogging::DestinationFactory::MakeFunctorDestination(&readLog))
+    , m_files(home, [this](const std::string &effect) { m_effects.push_back(effect); })
 {
     watchController(controller);
     watchCompanions(controller);
+    reader = this;
+    QsLogging::Logger::instance().addDestination(m_log);
+}
+
+Watcher::~Watcher()
+{
+    QsLogging::Logger::instance().removeDestination(m_log);
 }
 
 void Watcher::add(const std::string &effect)

@@ -7,6 +7,7 @@
 #include <QObject>
 #include <QVector>
 
+#include <QsLogDest.h>
 #include <mspclient.h>
 
 #include "filewatch.h"
@@ -24,6 +25,7 @@ class Watcher : public QObject
 {
 public:
     Watcher(HalvarController *controller, const QByteArray &home);
+    ~Watcher() override;
 
     void add(const std::string &effect);
     /// What came since the last call.
@@ -43,6 +45,7 @@ private:
     template <typename List, typename Attach>
     void watchList(const List *list, const std::string &name, Attach attach);
 
+    QsLogging::DestinationPtr m_log;
     FileWatch m_files;
     Effects m_effects;
     QVector<MSPClient::MSPCommand> m_commands;
