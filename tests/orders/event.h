@@ -143,10 +143,18 @@ inline bool isFromLink(Kind kind)
     return kind <= Kind::OtherMessage;
 }
 
+/// What a slot of the interface does each time that it hears a signal.
+struct Reaction
+{
+    std::string signal; ///< first word of the effect
+    Event event;
+};
+
 struct Sequence
 {
     Setup setup;
     std::vector<Event> events;
+    std::vector<Reaction> reactions; ///< with any of them there is no model to compare with
 };
 
 std::string toText(const Setup &setup);

@@ -64,6 +64,54 @@ Sequence Generator::sequence(std::size_t length)
     return ret;
 }
 
+std::vector<Reaction> Generator::reactions()
+{
+    std::vector<Reaction> ret;
+    for (int count = 1 + below(4); count > 0; --count) {
+        const char *const signal = oneOf({"acquisitionModeChanged",
+                                          "currentAccuracyChanged",
+                                          "accuracyStageChanged",
+                                          "udIndexChanged",
+                                          "udIndexEditionChanged",
+                                          "udLocalChanged",
+                                          "lightChanged",
+                                          "fileNameChanged",
+                                          "localizationChanged",
+                                          "measureTimeChanged",
+                                          "nbMeasuresChanged",
+                                          "branchModeChanged",
+                                          "sendTemperature",
+                                          "sendTension",
+                                          "sendLastCalibrationDate",
+                                          "waitingForGoUpdated",
+                                          "couluresChanged",
+                                          "MSP",
+                                          "pin",
+                                          "shockSignal",
+                                          "lastShockSignal",
+                                          "readyForAcquisitionSignal",
+                                          "errorMessageSignal",
+                                          "calibrationStateChanged",
+                                          "battery",
+                                          "direct:",
+                                          "units:",
+                                          "unit",
+                                          "measure",
+                                          "init",
+                                          "live"});
+        Event event;
+        // What a slot calls. Who deletes the sender of a signal that he answers has himself to blame, and the
+        // shell is slow.
+        do {
+            event = anything();
+        } while (event.kind <= Kind::WaitForTimer || event.kind == Kind::SwitchWifi
+                 || event.kind == Kind::Shutdown
+                 || (event.kind >= Kind::DeleteUnit && event.kind <= Kind::DeleteDirect));
+        ret.push_back({signal, event});
+    }
+    return ret;
+}
+
 Event Generator::likely()
 {
     if (chance(12))
@@ -374,13 +422,22 @@ std::vector<Setup> simpler(const Setup &setup)
 rc::Seq<Sequence> shrinks(const Sequence &sequence)
 {
     const Setup setup = sequence.setup;
-    const auto with = [setup](std::vector<Event> &&events) { return Sequence{setup, std::move(events)}; };
+    const auto reactions = sequence.reactions;
+    const auto with = [setup, reactions](std::vector<Event> &&events) {
+        return Sequence{setup, std::move(events), reactions};
+    };
+    std::vector<Sequence> fewerReactions;
+    for (std::size_t i = 0; i < reactions.size() && reactions.size() > 1; ++i) {
+        fewerReactions.push_back(sequence);
+        fewerReactions.back().reactions.erase(fewerReactions.back().reactions.begin() + long(i));
+    }
     const auto each = [](const Event &event) { return rc::seq::fromContainer(simpler(event)); };
     const auto events = sequence.events;
-    return rc::seq::concat(rc::seq::map(rc::shrink::removeChunks(events), with),
+    return rc::seq::concat(rc::seq::fromContainer(fewerReactions),
+                           rc::seq::map(rc::shrink::removeChunks(events), with),
                            rc::seq::map(rc::seq::fromContainer(simpler(setup)),
-                                        [events](Setup &&simple) {
-                                            return Sequence{simple, events};
+                                        [events, reactions](Setup &&simple) {
+                                            return Sequence{simple, events, reactions};
                                         }),
                            rc::seq::map(rc::shrink::eachElement(events, each), with));
 }
@@ -392,6 +449,17 @@ rc::Gen<Sequence> sequences(std::size_t length)
     return [length](const rc::Random &random, int) {
         rc::Random source = random;
         return rc::shrinkable::shrinkRecur(Generator(source.next()).sequence(length), shrinks);
+    };
+}
+
+rc::Gen<Sequence> answeredSequences(std::size_t length)
+{
+    return [length](const rc::Random &random, int) {
+        rc::Random source = random;
+        Generator generator(source.next());
+        Sequence sequence = generator.sequence(length);
+        sequence.reactions = generator.reactions();
+        return rc::shrinkable::shrinkRecur(sequence, shrinks);
     };
 }
 

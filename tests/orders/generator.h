@@ -20,6 +20,7 @@ class Generator
 public:
     explicit Generator(std::uint64_t seed);
     Sequence sequence(std::size_t length);
+    std::vector<Reaction> reactions();
 
 private:
     Setup setup();
@@ -51,6 +52,8 @@ private:
 /// Sequences of \p length events. A failing one is shrunk: events left out, then their arguments made
 /// simpler, then the configuration.
 rc::Gen<Sequence> sequences(std::size_t length);
+/// The same with one to four answers to signals.
+rc::Gen<Sequence> answeredSequences(std::size_t length);
 
 } // namespace orders
 

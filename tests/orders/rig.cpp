@@ -122,10 +122,12 @@ bool Application::notify(QObject *receiver, QEvent *event)
     return QCoreApplication::notify(receiver, event);
 }
 
-Rig::Rig(Application &application, VirtualClock &clock, const Setup &setup)
+Rig::Rig(Application &application, VirtualClock &clock, const Sequence &sequence)
     : m_application(application)
     , m_clock(clock)
+    , m_reactions(sequence.reactions)
 {
+    const Setup &setup = sequence.setup;
     QsLogging::Logger::instance().setLoggingLevel(setup.traced ? QsLogging::TraceLevel
                                                                : QsLogging::InfoLevel);
     configure(m_home, setup);
@@ -152,6 +154,8 @@ void Rig::start()
 
     m_watcher = std::make_unique<Watcher>(m_controller, m_home.path().toLocal8Bit());
     m_service->watcher = m_watcher.get();
+    if (!m_reactions.empty())
+        m_watcher->onSignal = [this](const std::string &signal) { answer(signal); };
     tellSleep = [this](useconds_t time) { m_watcher->add("sleeps " + std::to_string(time) + " us"); };
 
     // In the order of their creation, as TimerName has them.
@@ -169,6 +173,16 @@ void Rig::deliver()
 {
     QCoreApplication::sendPostedEvents();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+int Rig::untilExpiry() const
+{
+    int ret = 60000; // the battery is looked at each second
+    for (const QTimer *timer : m_timers) {
+        if (timer->isActive())
+            ret = std::min(ret, timer->remainingTime());
+    }
+    return ret;
 }
 
 State Rig::state() const

@@ -39,13 +39,18 @@ class Rig
 {
 public:
     /// \param clock of the thread's timers.
-    Rig(Application &application, VirtualClock &clock, const Setup &setup);
+    Rig(Application &application, VirtualClock &clock, const Sequence &sequence);
     ~Rig();
 
-    /// Lets \p event happen and everything that it leads to. Not for Kind::WaitForTimer.
+    /// Lets \p event happen and everything that it leads to.
     void apply(const Event &event);
     Effects takeEffects() { return m_watcher->take(); }
     State state() const;
+    /// What is never so, whatever the interface answers to signals. Empty when all is well.
+    std::string inconsistency() const;
+    /// Leads the controller through one more measure, without answers. \return what went wrong, empty when it
+    /// still measures.
+    std::string measureOnce();
 
     /// Compares what the MSP received with what it was sent, then destroys the controller with a notification
     /// on its way. \return what is wrong, empty when nothing is.
@@ -55,6 +60,8 @@ private:
     class Service;
     // rig.cpp
     void start();
+    int untilExpiry() const;
+    void answer(const std::string &signal);
     static void deliver();
     static void setGauge(int microvolts);
     /// Runs \p action in the service's thread, or on the client in the MSP's, and waits for it; what it
@@ -85,6 +92,9 @@ private:
     Application &m_application;
     VirtualClock &m_clock;
     TestHome m_home;
+    std::vector<Reaction> m_reactions;
+    int m_answering = 0; ///< how deep
+    int m_answers = 0; ///< to this event
     tessel::AutoRef<Service> m_service;
     std::unique_ptr<ScriptedMsp> m_msp;
     std::unique_ptr<ControllerFixture> m_fixture;

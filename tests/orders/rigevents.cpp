@@ -55,6 +55,8 @@ void Rig::setGauge(int voltage)
 
 void Rig::apply(const Event &event)
 {
+    if (m_answering == 0)
+        m_answers = 0;
     if (event.kind <= Kind::WaitForTimer)
         applyLink(event);
     else if (event.kind <= Kind::WriteHome)
@@ -65,7 +67,7 @@ void Rig::apply(const Event &event)
         applyCompanion(event);
     else
         applyUnit(event);
-    if (!event.held)
+    if (!event.held && m_answering == 0)
         deliver();
 }
 
@@ -122,6 +124,9 @@ void Rig::applyLink(const Event &e)
         return m_service->setStatus(QString::fromStdString(e.text), e.number);
     case Kind::BatteryVoltage:
         return setGauge(e.number);
+    case Kind::WaitForTimer:
+        deliver();
+        return m_clock.advance(untilExpiry(), deliver);
     default:
         deliver();
         return m_clock.advance(e.number, deliver);

@@ -79,12 +79,19 @@ Effects Watcher::take()
     return std::exchange(m_effects, {});
 }
 
+void Watcher::signalled(const std::string &effect)
+{
+    add(effect);
+    if (onSignal)
+        onSignal(effect.substr(0, effect.find(' ')));
+}
+
 void Watcher::watchController(HalvarController *c)
 {
     using C = HalvarController;
     const auto property = [this, c](const char *name, auto signal, auto getter) {
         connect(c, signal, this,
-                [this, c, name, getter] { add(std::string(name) + ' ' + word((c->*getter)())); });
+                [this, c, name, getter] { signalled(std::string(name) + ' ' + word((c->*getter)())); });
     };
     property("acquisitionModeChanged", &C::acquisitionModeChanged, &C::acquisitionMode);
     property("branchModeChanged", &C::branchModeChanged, &C::branchMode);
@@ -102,42 +109,47 @@ void Watcher::watchController(HalvarController *c)
 
     const auto member = [this, c](const char *name, auto signal, auto pointer) {
         connect(c, signal, this,
-                [this, c, name, pointer] { add(std::string(name) + ' ' + word(c->*pointer)); });
+                [this, c, name, pointer] { signalled(std::string(name) + ' ' + word(c->*pointer)); });
     };
     member("couluresChanged", &C::couluresChanged, &C::coulures);
     member("effondrementChanged", &C::effondrementChanged, &C::effondrement);
     member("humiditeChanged", &C::humiditeChanged, &C::humidite);
 
     connect(c, &C::waitingForGoUpdated, this,
-            [this, c] { add("waitingForGoUpdated " + word(c->property("waitingForGo").toBool())); });
-    connect(c, &C::sendTension, this, [this](int value) { add("sendTension " + word(value)); });
-    connect(c, &C::sendTemperature, this, [this](int value) { add("sendTemperature " + word(value)); });
+            [this, c] { signalled("waitingForGoUpdated " + word(c->property("waitingForGo").toBool())); });
+    connect(c, &C::sendTension, this, [this](int value) { signalled("sendTension " + word(value)); });
+    connect(c, &C::sendTemperature, this, [this](int value) { signalled("sendTemperature " + word(value)); });
     connect(c, &C::sendLastCalibrationDate, this,
-            [this](const QString &date) { add("sendLastCalibrationDate " + word(date)); });
+            [this](const QString &date) { signalled("sendLastCalibrationDate " + word(date)); });
     connect(c, &C::currentAccuracyChanged, this,
-            [this, c] { add("currentAccuracyChanged " + nameOf(c->currentAccuracy())); });
-    connect(c, &C::msp_info_request, this, [this] { add("MSP information request"); });
+            [this, c] { signalled("currentAccuracyChanged " + nameOf(c->currentAccuracy())); });
+    connect(c, &C::msp_info_request, this, [this] { signalled("MSP information request"); });
     connect(c, &C::msp_send_request, this, [this](MSPClient::MSPCommand command, const QString &params) {
         m_commands.append(command);
         const char *const name = QMetaEnum::fromType<MSPClient::MSPCommand>().valueToKey(command);
-        add("MSP " + std::string(name ? name : "?") + (params.isNull() ? "" : " with parameters"));
+        signalled("MSP " + std::string(name ? name : "?") + (params.isNull() ? "" : " with parameters"));
     });
 }
 
 void Watcher::watchCompanions(HalvarController *c)
 {
-    connect(c->pin, &PIN::acceptedUpdated, this, [this](bool value) { add("pin accepted " + word(value)); });
-    connect(c->pin, &PIN::nbDigitsChanged, this, [this](int value) { add("pin nbDigits " + word(value)); });
-    connect(c->pin, &PIN::disabledUpdated, this, [this](bool value) { add("pin disabled " + word(value)); });
-    connect(c->error, &Error::shockSignal, this, [this](bool value) { add("shockSignal " + word(value)); });
+    connect(c->pin, &PIN::acceptedUpdated, this,
+            [this](bool value) { signalled("pin accepted " + word(value)); });
+    connect(c->pin, &PIN::nbDigitsChanged, this,
+            [this](int value) { signalled("pin nbDigits " + word(value)); });
+    connect(c->pin, &PIN::disabledUpdated, this,
+            [this](bool value) { signalled("pin disabled " + word(value)); });
+    connect(c->error, &Error::shockSignal, this,
+            [this](bool value) { signalled("shockSignal " + word(value)); });
     connect(c->error, &Error::readyForAcquisitionSignal, this,
-            [this](bool value) { add("readyForAcquisitionSignal " + word(value)); });
+            [this](bool value) { signalled("readyForAcquisitionSignal " + word(value)); });
     connect(c->error, &Error::errorMessageSignal, this,
-            [this](const QString &value) { add("errorMessageSignal " + word(value)); });
-    connect(c->error, &Error::lastShockSignal, this, [this] { add("lastShockSignal"); });
-    connect(c->battery, &Battery::levelChanged, this, [this](int value) { add("battery " + word(value)); });
+            [this](const QString &value) { signalled("errorMessageSignal " + word(value)); });
+    connect(c->error, &Error::lastShockSignal, this, [this] { signalled("lastShockSignal"); });
+    connect(c->battery, &Battery::levelChanged, this,
+            [this](int value) { signalled("battery " + word(value)); });
     connect(c->calibration, &Calibration::calibrationStateChanged, this,
-            [this](int value) { add("calibrationStateChanged " + word(value)); });
+            [this](int value) { signalled("calibrationStateChanged " + word(value)); });
 
     watchMeasure(c->accuracyLive, "live");
     watchMeasure(c->accuracyInit, "init");
@@ -151,17 +163,19 @@ void Watcher::watchMeasure(const Measure *measure, const std::string &name)
 {
     m_names.insert(measure, name);
     connect(measure, &Measure::concentrationChanged, this,
-            [this, name](double value) { add(name + " concentration " + text(value)); });
+            [this, name](double value) { signalled(name + " concentration " + text(value)); });
     connect(measure, &Measure::sigmaChanged, this,
-            [this, name, measure] { add(name + " sigma " + text(measure->sigma())); });
+            [this, name, measure] { signalled(name + " sigma " + text(measure->sigma())); });
     connect(measure, &Measure::detectionDecisionChanged, this,
-            [this, name](int value) { add(name + " decision " + word(value)); });
+            [this, name](int value) { signalled(name + " decision " + word(value)); });
     connect(measure, &Measure::localisationChanged, this,
-            [this, name, measure] { add(name + " localisation " + word(measure->localisation())); });
-    connect(measure, &Measure::degradationStateChanged, this, [this, name] { add(name + " degradation"); });
-    connect(measure, &Measure::conservationStateChanged, this, [this, name] { add(name + " conservation"); });
+            [this, name, measure] { signalled(name + " localisation " + word(measure->localisation())); });
+    connect(measure, &Measure::degradationStateChanged, this,
+            [this, name] { signalled(name + " degradation"); });
+    connect(measure, &Measure::conservationStateChanged, this,
+            [this, name] { signalled(name + " conservation"); });
     connect(measure, &Measure::idNAPChanged, this,
-            [this, name, measure] { add(name + " id " + word(measure->idNAP())); });
+            [this, name, measure] { signalled(name + " id " + word(measure->idNAP())); });
 }
 
 std::string Watcher::nextMeasure()
@@ -178,13 +192,13 @@ void Watcher::watchUnit(UD *unit, const std::string &name)
 {
     m_names.insert(unit, name);
     connect(unit, &UD::statutChanged, this,
-            [this, name, unit] { add(name + " statut " + word(unit->statut())); });
+            [this, name, unit] { signalled(name + " statut " + word(unit->statut())); });
     connect(unit, &UD::detectionDecisionChanged, this,
-            [this, name, unit] { add(name + " decision " + word(unit->detectionDecision())); });
+            [this, name, unit] { signalled(name + " decision " + word(unit->detectionDecision())); });
     connect(unit, &UD::observationChanged, this,
-            [this, name, unit] { add(name + " observation " + word(unit->observation())); });
+            [this, name, unit] { signalled(name + " observation " + word(unit->observation())); });
     connect(unit, &UD::localChanged, this,
-            [this, name, unit] { add(name + " local " + word(unit->local())); });
+            [this, name, unit] { signalled(name + " local " + word(unit->local())); });
     for (const Measure *measure : *unit->measures())
         watchMeasure(measure, nextMeasure());
     watchMeasures(unit->measures(), name);
@@ -197,19 +211,19 @@ void Watcher::watchList(const List *list, const std::string &name, Attach attach
             [this, list, name, attach](const QModelIndex &, int first, int last) {
                 for (int row = first; row <= last; ++row) {
                     attach(list->at(row));
-                    add(name + ": " + nameOf(list->at(row)) + " inserted at " + word(row));
+                    signalled(name + ": " + nameOf(list->at(row)) + " inserted at " + word(row));
                 }
             });
     connect(list, &QAbstractItemModel::rowsRemoved, this,
             [this, name](const QModelIndex &, int first, int last) {
-                add(name + ": rows " + word(first) + " to " + word(last) + " removed");
+                signalled(name + ": rows " + word(first) + " to " + word(last) + " removed");
             });
     connect(list, &QAbstractItemModel::rowsMoved, this,
             [this, name](const QModelIndex &, int start, int, const QModelIndex &, int row) {
-                add(name + ": row " + word(start) + " moved to " + word(row));
+                signalled(name + ": row " + word(start) + " moved to " + word(row));
             });
     connect(list, &QQmlObjectListModelBase::countChanged, this,
-            [this, list, name] { add(name + ": count " + word(list->rowCount())); });
+            [this, list, name] { signalled(name + ": count " + word(list->rowCount())); });
 }
 
 } // namespace orders

@@ -7,6 +7,8 @@
 #include <QObject>
 #include <QVector>
 
+#include <functional>
+
 #include <QsLogDest.h>
 #include <mspclient.h>
 
@@ -28,6 +30,8 @@ public:
     ~Watcher() override;
 
     void add(const std::string &effect);
+    /// Called after each signal with its first word.
+    std::function<void(const std::string &)> onSignal;
     /// What came since the last call.
     Effects take();
     /// All commands so far.
@@ -36,6 +40,7 @@ public:
     std::string nameOf(const QObject *item) const { return m_names.value(item); }
 
 private:
+    void signalled(const std::string &effect);
     void watchController(HalvarController *c);
     void watchCompanions(HalvarController *c);
     void watchMeasure(const Measure *measure, const std::string &name);
