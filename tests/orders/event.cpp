@@ -307,8 +307,8 @@ std::ostream &operator<<(std::ostream &out, const Sequence &sequence)
 {
     out << "\n     0  configuration: " << toText(sequence.setup) << '\n';
     for (const Reaction &reaction : sequence.reactions)
-        out << "        each \"" << reaction.signal << "\" is answered with " << toText(reaction.event)
-            << '\n';
+        out << "        \"" << reaction.signal << "\" number " << reaction.time << " is answered with "
+            << toText(reaction.event) << '\n';
     int number = 0;
     for (const Event &event : sequence.events) {
         const std::string line = std::to_string(++number);

@@ -143,10 +143,11 @@ inline bool isFromLink(Kind kind)
     return kind <= Kind::OtherMessage;
 }
 
-/// What a slot of the interface does each time that it hears a signal.
+/// What a slot of the interface does, once, when it hears a signal.
 struct Reaction
 {
-    std::string signal; ///< first word of the effect
+    std::string signal; ///< the effect without its values, see Watcher::onSignal
+    int time = 1; ///< at which time that it comes
     Event event;
 };
 

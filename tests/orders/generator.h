@@ -26,6 +26,8 @@ private:
     Setup setup();
     Event likely();
     Event anything();
+    /// What a slot calls.
+    Event answer();
     /// An event of \p kind with arguments of its own.
     Event make(Kind kind);
     void makeLink(Event &event);
@@ -52,7 +54,7 @@ private:
 /// Sequences of \p length events. A failing one is shrunk: events left out, then their arguments made
 /// simpler, then the configuration.
 rc::Gen<Sequence> sequences(std::size_t length);
-/// The same with one to four answers to signals.
+/// The same with answers to signals, of which at least one is left.
 rc::Gen<Sequence> answeredSequences(std::size_t length);
 
 } // namespace orders

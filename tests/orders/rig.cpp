@@ -164,7 +164,11 @@ void Rig::start()
 
 Rig::~Rig()
 {
+    // After a difference the controller is still there, and what it does now is of no interest.
     tellSleep = nullptr;
+    m_service->watcher = nullptr;
+    m_watcher.reset();
+    m_fixture.reset();
     m_serviceThread.quit();
     m_serviceThread.wait();
 }

@@ -7,6 +7,7 @@
 #include <QThread>
 
 #include <atomic>
+#include <map>
 #include <memory>
 
 #include "controllerfixture.h"
@@ -94,7 +95,7 @@ private:
     TestHome m_home;
     std::vector<Reaction> m_reactions;
     int m_answering = 0; ///< how deep
-    int m_answers = 0; ///< to this event
+    std::map<std::string, int> m_heard; ///< how often
     tessel::AutoRef<Service> m_service;
     std::unique_ptr<ScriptedMsp> m_msp;
     std::unique_ptr<ControllerFixture> m_fixture;

@@ -15,21 +15,12 @@
 
 namespace orders {
 
-namespace {
-
-// Two pages that answer each other would never come to an end; nor do they in this library's interface.
-constexpr int DeepestAnswer = 3;
-constexpr int MostAnswers = 30; // to one event
-
-} // namespace
-
 void Rig::answer(const std::string &signal)
 {
-    if (m_answering == DeepestAnswer)
-        return;
+    const int time = ++m_heard[signal];
     ++m_answering;
     for (const Reaction &reaction : m_reactions) {
-        if (reaction.signal == signal && m_answers++ < MostAnswers)
+        if (reaction.signal == signal && reaction.time == time)
             apply(reaction.event);
     }
     --m_answering;

@@ -55,8 +55,6 @@ void Rig::setGauge(int voltage)
 
 void Rig::apply(const Event &event)
 {
-    if (m_answering == 0)
-        m_answers = 0;
     if (event.kind <= Kind::WaitForTimer)
         applyLink(event);
     else if (event.kind <= Kind::WriteHome)

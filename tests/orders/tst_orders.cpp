@@ -18,7 +18,8 @@
 
 namespace {
 
-constexpr std::size_t Length = 200;
+constexpr std::size_t Length = 200; // of a sequence
+constexpr std::size_t AnsweredLength = 50; // the more answers are tried
 
 unsigned long long number(const char *variable, unsigned long long unset)
 {
@@ -65,8 +66,9 @@ int main(int argc, char **argv)
     const auto now = static_cast<unsigned long long>(std::chrono::system_clock::now().time_since_epoch()
                                                      / std::chrono::microseconds(1));
     const unsigned long long seed = number("HALVAR_ORDERS_SEED", now % 1000000000);
-    const unsigned long long runs = (number("HALVAR_ORDERS_STEPS", 20000) + Length - 1) / Length;
-    std::cout << "orders: " << runs << " sequences of " << Length << " events, HALVAR_ORDERS_SEED=" << seed
+    const std::size_t length = mode == "model" ? Length : AnsweredLength;
+    const unsigned long long runs = (number("HALVAR_ORDERS_STEPS", 20000) + length - 1) / length;
+    std::cout << "orders: " << runs << " sequences of " << length << " events, HALVAR_ORDERS_SEED=" << seed
               << std::endl;
     const char *const given = std::getenv("RC_PARAMS");
     const std::string parameters = (given ? given + std::string(" ") : "") + "seed=" + std::to_string(seed)
@@ -74,7 +76,7 @@ int main(int argc, char **argv)
     ::setenv("RC_PARAMS", parameters.c_str(), 1);
 
     const bool passed = mode == "model"
-        ? holds("the controller does what the model says", orders::sequences(Length))
-        : holds("answers to signals break nothing", orders::answeredSequences(Length));
+        ? holds("the controller does what the model says", orders::sequences(length))
+        : holds("answers to signals break nothing", orders::answeredSequences(length));
     return passed ? 0 : 1;
 }

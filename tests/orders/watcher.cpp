@@ -5,6 +5,7 @@
 #include <QMetaEnum>
 #include <QThread>
 
+#include <sstream>
 #include <utility>
 
 #include <QsLog.h>
@@ -35,6 +36,18 @@ std::string word(int value)
 std::string word(const QString &value)
 {
     return value.toStdString();
+}
+
+/// "measure 3 id 12" is about "measure id", "unit 2: count 1" about "unit rows", "pin nbDigits 1" about
+/// "pin nbDigits", anything else about its first word.
+std::string topicOf(const std::string &effect)
+{
+    std::istringstream words(effect);
+    std::string first, second, third;
+    words >> first >> second >> third;
+    if (first == "measure" || first == "unit")
+        return first + ' ' + (second.back() == ':' ? "rows" : third);
+    return first == "pin" ? first + ' ' + second : first;
 }
 
 Watcher *reader = nullptr; ///< of the log
@@ -83,7 +96,7 @@ void Watcher::signalled(const std::string &effect)
 {
     add(effect);
     if (onSignal)
-        onSignal(effect.substr(0, effect.find(' ')));
+        onSignal(topicOf(effect));
 }
 
 void Watcher::watchController(HalvarController *c)

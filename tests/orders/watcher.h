@@ -30,7 +30,8 @@ public:
     ~Watcher() override;
 
     void add(const std::string &effect);
-    /// Called after each signal with its first word.
+    /// Called after each signal with what it is about: its first word, of measures and units also which
+    /// property, such as "measure id".
     std::function<void(const std::string &)> onSignal;
     /// What came since the last call.
     Effects take();
