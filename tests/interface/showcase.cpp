@@ -13,6 +13,8 @@
 
 #include <failure.h>
 
+#include "picturecache.h"
+
 namespace {
 
 /// What Interface needs once, before the watch on the messages.
@@ -81,6 +83,7 @@ Showcase::~Showcase()
 {
     m_script.reset();
     interface.reset();
+    emptyPictureCache();
     controller.reset();
 }
 
