@@ -41,7 +41,7 @@ inline void print(qint64 blockedMs, const Holdings &before, const Holdings &afte
 {
     qInfo("interface thread held up for %lld ms; %+d descriptors, %+d threads, %+lld kB", blockedMs,
           after.descriptors - before.descriptors, after.threads - before.threads,
-          after.residentKb - before.residentKb);
+          after.memoryKb - before.memoryKb);
 }
 
 } // namespace peers

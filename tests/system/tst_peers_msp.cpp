@@ -84,7 +84,7 @@ void TstPeersMsp::spoiledLink_isUsedAgain()
     QVERIFY(lit);
     QVERIFY2(pulse.longest() < peers::SlackMs, qPrintable(QString::number(pulse.longest())));
     QVERIFY(Holdings::now().threads <= before.threads);
-    QVERIFY(Holdings::now().residentKb - before.residentKb < 2048);
+    QVERIFY(Holdings::now().memoryKb - before.memoryKb < 2048);
     QTRY_VERIFY(Holdings::now().descriptors <= before.descriptors + 2);
     QCOMPARE(bench->acquisitionMode(), Mode::NONE);
 }

@@ -99,7 +99,7 @@ void TstPeersObserver::spoiledNotifications_harmNothing()
     peers::print(pulse.longest(), before, Holdings::now());
     QVERIFY2(pulse.longest() < peers::SlackMs, qPrintable(QString::number(pulse.longest())));
     QVERIFY(Holdings::now().threads <= before.threads);
-    QVERIFY(Holdings::now().residentKb - before.residentKb < 4096);
+    QVERIFY(Holdings::now().memoryKb - before.memoryKb < 4096);
     // Nothing of the measures before has changed, and nothing was made up.
     QVERIFY(bench->directMeasures->size() <= measures + 1);
     QVERIFY(bench->directMeasures->last()->idNAP() > 0);
@@ -159,8 +159,8 @@ void TstPeersObserver::thousandStrangers_areSurvived()
     const Holdings after = Holdings::now();
     peers::print(pulse.longest(), before, after);
     QVERIFY(after.threads <= before.threads);
-    QVERIFY2(after.residentKb - before.residentKb < 8192,
-             qPrintable(QString::number(after.residentKb - before.residentKb)));
+    QVERIFY2(after.memoryKb - before.memoryKb < 8192,
+             qPrintable(QString::number(after.memoryKb - before.memoryKb)));
     shoot();
 }
 

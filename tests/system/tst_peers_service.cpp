@@ -87,7 +87,7 @@ void TstPeersService::spoiledCalls_holdUpNobodyForLong()
     QVERIFY2(blocked < 3 * CallLimitMs + peers::SlackMs, qPrintable(QString::number(blocked)));
     QVERIFY(after.descriptors - before.descriptors <= 2);
     QVERIFY(after.threads <= before.threads);
-    QVERIFY(after.residentKb - before.residentKb < 2048);
+    QVERIFY(after.memoryKb - before.memoryKb < 2048);
     // The callers go on as if nothing had happened, and the operator is not bothered.
     QCOMPARE(bench->property("lastCalibrationDate").toString(), date);
     for (const char *level : {"WARN", "ERROR", "FATAL"})

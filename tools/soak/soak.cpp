@@ -279,7 +279,7 @@ int Soak::search()
 void Soak::sample()
 {
     const Holdings held = Holdings::now();
-    m_resident.add(m_shots, double(held.residentKb));
+    m_resident.add(m_shots, double(held.memoryKb));
     m_descriptors.add(m_shots, held.descriptors);
     m_threads.add(m_shots, held.threads);
     const int shots = m_shots - m_sampledShots;
@@ -289,7 +289,7 @@ void Soak::sample()
     m_shotNs = 0;
     say(QStringLiteral("%1 shots: %2 kB, %3 descriptors, %4 threads, %5 ms a shot")
             .arg(m_shots)
-            .arg(held.residentKb)
+            .arg(held.memoryKb)
             .arg(held.descriptors)
             .arg(held.threads)
             .arg(m_time.values.isEmpty() ? 0 : m_time.values.last(), 0, 'f', 2));
