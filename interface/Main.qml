@@ -65,6 +65,7 @@ ApplicationWindow {
     }
     Toast {
         id: toast
+        objectName: "toast"
         anchors { bottom: parent.bottom; bottomMargin: Theme.margin; horizontalCenter: parent.horizontalCenter }
         width: Math.min(parent.width - 2 * Theme.margin, 560)
     }

@@ -21,7 +21,6 @@ DiagnosticFiles::DiagnosticFiles(const QString &home, QObject *parent)
     , m_directory(QDir::cleanPath(home + QStringLiteral("/files")))
 {
     connect(&m_watcher, &QFileSystemWatcher::directoryChanged, this, &DiagnosticFiles::refresh);
-    refresh();
 }
 
 int DiagnosticFiles::rowCount(const QModelIndex &parent) const
@@ -138,10 +137,10 @@ DiagnosticFiles::Entry DiagnosticFiles::read(const QString &path)
         else if (xml.name() == QLatin1String("Ud"))
             ++file.units;
     }
-    if (xml.hasError())
-        file.problem = tr("ligne %1, colonne %2 : %3")
-                           .arg(xml.lineNumber())
-                           .arg(xml.columnNumber())
-                           .arg(xml.errorString());
+    if (xml.error() == QXmlStreamReader::PrematureEndOfDocumentError)
+        file.problem = tr("le fichier s'arrête à la ligne %1").arg(xml.lineNumber());
+    else if (xml.hasError())
+        file.problem =
+            tr("illisible à la ligne %1, colonne %2").arg(xml.lineNumber()).arg(xml.columnNumber());
     return file;
 }

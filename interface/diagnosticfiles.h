@@ -29,11 +29,11 @@ public:
         SizeRole, ///< bytes
         ModifiedRole, ///< date and time
         DamagedRole,
-        ProblemRole ///< line, column and reason; empty for an intact file
+        ProblemRole ///< where it ends or cannot be read; empty for an intact file
     };
     Q_ENUM(Role)
 
-    /// \param home ends with a separator.
+    /// Empty until refresh(). \param home ends with a separator.
     explicit DiagnosticFiles(const QString &home, QObject *parent = nullptr);
 
     int count() const { return int(m_files.size()); }

@@ -86,6 +86,8 @@ Interface::Interface(HalvarController &controller, Config &config, Database &dat
     if (m_translator.load(locale, QStringLiteral("halvar"), QStringLiteral("_"),
                           QStringLiteral(":/halvar/i18n")))
         QCoreApplication::installTranslator(&m_translator);
+    // What it says of damaged files is to be in the language of the screens.
+    m_files.refresh();
 
     const QVariantList accuracies{QVariant::fromValue<QObject *>(controller.accuracyLive),
                                   QVariant::fromValue<QObject *>(controller.accuracyInit),

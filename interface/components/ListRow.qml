@@ -59,6 +59,13 @@ AbstractButton {
                 sourceSize { width: 96; height: 96 }
                 asynchronous: true
             }
+            // A light picture would have no edge on the row.
+            Rectangle {
+                anchors.fill: parent
+                visible: image.visible
+                color: "transparent"
+                border.color: Theme.outline
+            }
             Icon {
                 anchors.centerIn: parent
                 visible: !image.visible && mark.width > 0

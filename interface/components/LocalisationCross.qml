@@ -17,7 +17,7 @@ Item {
     implicitWidth: 3 * side + 2 * Theme.spacingSmall
     implicitHeight: implicitWidth + caption.height + Theme.spacingSmall
     Accessible.role: Accessible.Grouping
-    Accessible.name: qsTr("Position : %1").arg(caption.text)
+    Accessible.name: qsTr("Position : %1").arg(caption.text)
 
     Repeater {
         model: [

@@ -14,10 +14,12 @@ Item {
     property string note
     // The measure that runs: not final, so without a decision in its full colour.
     property bool live: false
+    // It has no result yet: zero would be read as one.
+    readonly property bool empty: live && sigma === 0
 
     implicitHeight: drawing.y + drawing.implicitHeight
     Accessible.role: Accessible.Grouping
-    Accessible.name: qsTr("%1 : %2, %3 plus ou moins %4").arg(heading).arg(Words.decision(decision))
+    Accessible.name: empty ? heading : qsTr("%1 : %2, %3 plus ou moins %4").arg(heading).arg(Words.decision(decision))
         .arg(Words.concentration(concentration)).arg(Words.concentration(sigma))
 
     Text {
@@ -34,12 +36,13 @@ Item {
         anchors.top: headingText.bottom
         spacing: 6
         Text {
-            text: Words.concentration(face.concentration)
+            text: face.empty ? "…" : Words.concentration(face.concentration)
             color: Theme.text
             font { pixelSize: Theme.fontHuge; weight: Font.Bold }
         }
         Text {
             anchors { bottom: parent.bottom; bottomMargin: 6 }
+            visible: !face.empty
             text: qsTr("± %1 mg/cm²").arg(Words.concentration(face.sigma))
             color: Theme.textSecondary
             font.pixelSize: Theme.fontNormal
@@ -48,6 +51,7 @@ Item {
     SignChip {
         id: chip
         anchors.right: parent.right
+        visible: !face.empty
         sign: Words.decisionSign(face.decision)
         word: Words.decision(face.decision)
         tint: Words.decisionColor(face.decision)

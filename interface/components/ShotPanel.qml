@@ -31,17 +31,17 @@ Rectangle {
             return qsTr("Maintenez la détente et l'appareil contre la surface.");
         case "measuring":
             if (Instrument.measureMode === MeasureModeEnumClass.TRIGGER)
-                return Instrument.decided ? qsTr("La décision est acquise : relâchez la détente.")
+                return Instrument.decided ? qsTr("La décision est acquise : relâchez la détente.")
                                           : qsTr("Maintenez la détente jusqu'à la décision.");
             if (Instrument.measureMode === MeasureModeEnumClass.DEFINED)
-                return qsTr("Maintenez : la mesure dure %1 s.").arg(controller.measureTime);
-            return qsTr("Maintenez : la mesure s'arrête d'elle-même.");
+                return qsTr("Maintenez : la mesure dure %1 s.").arg(controller.measureTime);
+            return qsTr("Maintenez : la mesure s'arrête d'elle-même.");
         case "done":
             return Instrument.armed ? qsTr("Relâchez la détente. Pressez-la pour une nouvelle mesure.")
                                     : qsTr("Relâchez la détente. L'unité a son résultat.");
         case "ready":
             if (!error.readyForAcquisition)
-                return qsTr("L'instrument n'est pas prêt : attendez avant de mesurer.");
+                return qsTr("L'instrument n'est pas prêt : attendez avant de mesurer.");
             return qsTr("Appliquez l'appareil, pressez la détente et maintenez-la.");
         default:
             return qsTr("La détente est sans effet.");

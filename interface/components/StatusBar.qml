@@ -35,7 +35,7 @@ Rectangle {
             width: Math.max(44, batteryWord.implicitWidth)
             height: parent.height
             Accessible.role: Accessible.Indicator
-            Accessible.name: qsTr("Batterie : %1").arg(batteryWord.text)
+            Accessible.name: qsTr("Batterie : %1").arg(batteryWord.text)
 
             Rectangle {
                 id: cell
@@ -118,7 +118,7 @@ Rectangle {
             id: shockButton
             objectName: "shockButton"
             sign: "shock"
-            text: error.shock ? qsTr("Choc signalé : voir l'historique") : qsTr("Historique des chocs")
+            text: error.shock ? qsTr("Choc signalé : voir l'historique") : qsTr("Historique des chocs")
             highlighted: error.shock
             enabled: pin.accepted
             onClicked: Nav.open("ShocksScreen")
@@ -127,7 +127,7 @@ Rectangle {
             id: wifiButton
             objectName: "wifiButton"
             sign: "wifi"
-            text: bar.wifi ? qsTr("Wi-Fi allumé : éteindre") : qsTr("Wi-Fi éteint : allumer")
+            text: bar.wifi ? qsTr("Wi-Fi allumé : éteindre") : qsTr("Wi-Fi éteint : allumer")
             checked: bar.wifi
             enabled: pin.accepted
             onClicked: {
@@ -149,7 +149,7 @@ Rectangle {
             objectName: "lightButton"
             sign: "light"
             highlighted: controller.light
-            text: controller.light ? qsTr("Lampe allumée : éteindre") : qsTr("Allumer la lampe")
+            text: controller.light ? qsTr("Lampe allumée : éteindre") : qsTr("Allumer la lampe")
             onClicked: controller.light = !controller.light
             Text {
                 anchors { right: parent.right; bottom: parent.bottom; margins: 6 }
@@ -174,7 +174,7 @@ Rectangle {
             color: Theme.text
             font { pixelSize: Theme.fontSmall; weight: Font.Medium }
             Accessible.role: Accessible.StaticText
-            Accessible.name: qsTr("Date et heure : %1").arg(text)
+            Accessible.name: qsTr("Date et heure : %1").arg(text)
         }
         Row {
             anchors.verticalCenter: parent.verticalCenter
@@ -188,8 +188,8 @@ Rectangle {
             }
             Text {
                 anchors.verticalCenter: parent.verticalCenter
-                text: date.alert ? qsTr("Source périmée : %n jour(s)", "", date.daysAfterAuthorization)
-                                 : qsTr("Source : fin le %1").arg(date.end)
+                text: date.alert ? qsTr("Source périmée : %n jour(s)", "", date.daysAfterAuthorization)
+                                 : qsTr("Source : fin le %1").arg(date.end)
                 color: date.alert ? Theme.alarm : Theme.undecided
                 font { pixelSize: Theme.fontSmall; weight: Font.DemiBold }
                 Accessible.role: Accessible.StaticText

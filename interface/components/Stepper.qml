@@ -28,7 +28,7 @@ Rectangle {
             return;
         }
         choose(value);
-        Nav.say(qsTr("%1 : un nombre de %2 à %3.").arg(name).arg(from).arg(to));
+        Nav.say(qsTr("%1 : un nombre de %2 à %3.").arg(name).arg(from).arg(to));
     }
 
     implicitHeight: Math.max(Theme.touch + 16, words.implicitHeight + 16)
@@ -56,7 +56,7 @@ Rectangle {
         IconButton {
             objectName: stepper.objectName + "Less"
             sign: "minus"
-            text: qsTr("Moins : %1").arg(stepper.name)
+            text: qsTr("Moins : %1").arg(stepper.name)
             enabled: stepper.value > stepper.from
             onClicked: stepper.choose(stepper.value - 1)
         }
@@ -78,7 +78,8 @@ Rectangle {
         }
         Text {
             anchors.verticalCenter: parent.verticalCenter
-            visible: text !== ""
+            // Kept free without a unit as well: the fields of several stand in one line.
+            width: Theme.spacing
             text: stepper.unit
             color: Theme.text
             font.pixelSize: Theme.fontNormal
@@ -86,7 +87,7 @@ Rectangle {
         IconButton {
             objectName: stepper.objectName + "More"
             sign: "plus"
-            text: qsTr("Plus : %1").arg(stepper.name)
+            text: qsTr("Plus : %1").arg(stepper.name)
             enabled: stepper.value < stepper.to
             onClicked: stepper.choose(stepper.value + 1)
         }

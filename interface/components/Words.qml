@@ -12,7 +12,9 @@ QtObject {
     readonly property real threshold: 1
 
     function number(value, decimals) {
-        return Number(value).toLocaleString(Qt.locale(qsTr("fr_FR", "locale of numbers")), "f", decimals);
+        // With the sign for minus: a hyphen is lost beside large digits.
+        return Number(value).toLocaleString(Qt.locale(qsTr("fr_FR", "locale of numbers")), "f", decimals)
+            .replace("-", "\u2212");
     }
     function concentration(value) { return number(value, 2); }
 
@@ -163,7 +165,7 @@ QtObject {
         if (name.trim() === "")
             return qsTr("Donnez un nom au diagnostic.");
         if (name.indexOf("/") >= 0)
-            return qsTr("Le nom ne peut pas contenir « / ».");
+            return qsTr("Le nom ne peut pas contenir « / ».");
         if (name.charAt(0) === ".")
             return qsTr("Le nom ne peut pas commencer par un point.");
         var bytes = 0;

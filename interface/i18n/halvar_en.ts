@@ -8,7 +8,7 @@
         <translation>Accuracy check</translation>
     </message>
     <message>
-        <source>Bloc de référence : %1 ± %2 mg/cm²</source>
+        <source>Bloc de référence&#xa0;: %1 ± %2 mg/cm²</source>
         <translation>Reference block: %1 ± %2 mg/cm²</translation>
     </message>
     <message>
@@ -20,7 +20,7 @@
         <translation>Check running</translation>
     </message>
     <message>
-        <source>Arrêter le contrôle de justesse et quitter cet écran ?</source>
+        <source>Arrêter le contrôle de justesse et quitter cet écran&#xa0;?</source>
         <translation>Stop the accuracy check and leave this screen?</translation>
     </message>
     <message>
@@ -32,7 +32,7 @@
         <translation>Go on with the check</translation>
     </message>
     <message>
-        <source>Contrôle : %1</source>
+        <source>Contrôle&#xa0;: %1</source>
         <translation>Check: %1</translation>
     </message>
     <message>
@@ -40,7 +40,7 @@
         <translation>%1 ± %2</translation>
     </message>
     <message>
-        <source>Contrôle en cours : %1 s. Laissez l&apos;appareil sur le bloc de référence.</source>
+        <source>Contrôle en cours&#xa0;: %1 s. Laissez l&apos;appareil sur le bloc de référence.</source>
         <translation>Check running: %1 s. Leave the instrument on the reference block.</translation>
     </message>
     <message>
@@ -56,7 +56,7 @@
         <translation>Stop</translation>
     </message>
     <message>
-        <source>Quel contrôle ?</source>
+        <source>Quel contrôle&#xa0;?</source>
         <translation>Which check?</translation>
     </message>
     <message>
@@ -70,6 +70,10 @@
     <message>
         <source>mesure n° %1</source>
         <translation>measure no. %1</translation>
+    </message>
+    <message>
+        <source>%1 ± %2 mg/cm²</source>
+        <translation>%1 ± %2 mg/cm²</translation>
     </message>
 </context>
 <context>
@@ -98,7 +102,7 @@
         <translation>Calibration running</translation>
     </message>
     <message>
-        <source>Trop d&apos;échecs : appelez le service</source>
+        <source>Trop d&apos;échecs&#xa0;: appelez le service</source>
         <translation>Too many failures: call the service</translation>
     </message>
     <message>
@@ -122,7 +126,7 @@
         <translation>Calibration</translation>
     </message>
     <message>
-        <source>Arrêter le calibrage et quitter cet écran ?</source>
+        <source>Arrêter le calibrage et quitter cet écran&#xa0;?</source>
         <translation>Stop the calibration and leave this screen?</translation>
     </message>
     <message>
@@ -134,15 +138,15 @@
         <translation>Go on with the calibration</translation>
     </message>
     <message>
-        <source>Date du dernier calibrage : inconnue</source>
+        <source>Date du dernier calibrage&#xa0;: inconnue</source>
         <translation>Date of the last calibration: unknown</translation>
     </message>
     <message>
-        <source>Dernier calibrage : %1</source>
+        <source>Dernier calibrage&#xa0;: %1</source>
         <translation>Last calibration: %1</translation>
     </message>
     <message>
-        <source>Essais restants : %1 sur %2</source>
+        <source>Essais restants&#xa0;: %1 sur %2</source>
         <translation>Attempts left: %1 of %2</translation>
     </message>
     <message>
@@ -180,8 +184,12 @@
         <translation>this is no diagnostic</translation>
     </message>
     <message>
-        <source>ligne %1, colonne %2 : %3</source>
-        <translation>line %1, column %2: %3</translation>
+        <source>le fichier s&apos;arrête à la ligne&#xa0;%1</source>
+        <translation>the file ends at line %1</translation>
+    </message>
+    <message>
+        <source>illisible à la ligne&#xa0;%1, colonne %2</source>
+        <translation>unreadable at line %1, column %2</translation>
     </message>
 </context>
 <context>
@@ -210,7 +218,7 @@
         <translation>Accuracy checks</translation>
     </message>
     <message>
-        <source>%1 : %2</source>
+        <source>%1&#xa0;: %2</source>
         <translation>%1: %2</translation>
     </message>
     <message>
@@ -245,7 +253,7 @@
         <translation>Diagnostics</translation>
     </message>
     <message>
-        <source>Place libre : %1</source>
+        <source>Place libre&#xa0;: %1</source>
         <translation>Free space: %1</translation>
     </message>
     <message>
@@ -257,7 +265,7 @@
         <translation>Damaged file</translation>
     </message>
     <message>
-        <source>« %1 » n&apos;est pas lisible en entier (%2). Ouvrir ce qui peut l&apos;être ? L&apos;original est gardé à côté.</source>
+        <source>«&#xa0;%1&#xa0;» n&apos;est pas lisible en entier (%2). Ouvrir ce qui peut l&apos;être&#xa0;? L&apos;original est gardé à côté.</source>
         <translation>“%1” cannot be read completely (%2). Open what can be? The original is kept beside it.</translation>
     </message>
     <message>
@@ -269,7 +277,7 @@
         <translation>Delete the diagnostic</translation>
     </message>
     <message>
-        <source>« %1 » sera effacé de l&apos;instrument. Il ne pourra pas être retrouvé.</source>
+        <source>«&#xa0;%1&#xa0;» sera effacé de l&apos;instrument. Il ne pourra pas être retrouvé.</source>
         <translation>“%1” will be erased from the instrument. It cannot be brought back.</translation>
     </message>
     <message>
@@ -277,19 +285,19 @@
         <translation>Delete</translation>
     </message>
     <message>
-        <source>« %1 » n&apos;a pas pu être supprimé.</source>
+        <source>«&#xa0;%1&#xa0;» n&apos;a pas pu être supprimé.</source>
         <translation>“%1” could not be deleted.</translation>
     </message>
     <message>
-        <source>« %1 » est supprimé.</source>
+        <source>«&#xa0;%1&#xa0;» est supprimé.</source>
         <translation>“%1” is deleted.</translation>
     </message>
     <message>
-        <source>Aucun diagnostic. Créez le premier avec « Nouveau ».</source>
+        <source>Aucun diagnostic. Créez le premier avec «&#xa0;Nouveau&#xa0;».</source>
         <translation>No diagnostic. Make the first with “New”.</translation>
     </message>
     <message>
-        <source>Endommagé : %1</source>
+        <source>Endommagé&#xa0;: %1</source>
         <translation>Damaged: %1</translation>
     </message>
     <message numerus="yes">
@@ -300,7 +308,7 @@
         </translation>
     </message>
     <message>
-        <source>Supprimer « %1 »</source>
+        <source>Supprimer «&#xa0;%1&#xa0;»</source>
         <translation>Delete “%1”</translation>
     </message>
 </context>
@@ -323,7 +331,7 @@
         <translation>Empty the list</translation>
     </message>
     <message>
-        <source>Les mesures directes ne sont dans aucun fichier : elles seront perdues.</source>
+        <source>Les mesures directes ne sont dans aucun fichier&#xa0;: elles seront perdues.</source>
         <translation>Direct measures are in no file: they will be lost.</translation>
     </message>
 </context>
@@ -356,7 +364,7 @@
 <context>
     <name>HomeScreen</name>
     <message>
-        <source>Que faire ?</source>
+        <source>Que faire&#xa0;?</source>
         <translation>What next?</translation>
     </message>
     <message>
@@ -403,7 +411,7 @@
 <context>
     <name>LocalisationCross</name>
     <message>
-        <source>Position : %1</source>
+        <source>Position&#xa0;: %1</source>
         <translation>Position: %1</translation>
     </message>
 </context>
@@ -464,7 +472,7 @@
 <context>
     <name>MeasureFace</name>
     <message>
-        <source>%1 : %2, %3 plus ou moins %4</source>
+        <source>%1&#xa0;: %2, %3 plus ou moins %4</source>
         <translation>%1: %2, %3 plus or minus %4</translation>
     </message>
     <message>
@@ -502,7 +510,7 @@
         <translation>Result</translation>
     </message>
     <message>
-        <source>Où sur l&apos;élément ?</source>
+        <source>Où sur l&apos;élément&#xa0;?</source>
         <translation>Where on the element?</translation>
     </message>
     <message>
@@ -525,7 +533,7 @@
         <translation>Measuring</translation>
     </message>
     <message>
-        <source>L&apos;instrument ne répond pas. Quitter quand même ? La mesure est abandonnée.</source>
+        <source>L&apos;instrument ne répond pas. Quitter quand même&#xa0;? La mesure est abandonnée.</source>
         <translation>The instrument does not answer. Leave all the same? The measure is given up.</translation>
     </message>
     <message>
@@ -579,7 +587,7 @@
 <context>
     <name>PickScreen</name>
     <message>
-        <source>« %1 » n&apos;a pas pu être gardé pour la prochaine fois.</source>
+        <source>«&#xa0;%1&#xa0;» n&apos;a pas pu être gardé pour la prochaine fois.</source>
         <translation>“%1” could not be kept for the next time.</translation>
     </message>
     <message>
@@ -595,11 +603,11 @@
         <translation>This list is empty.</translation>
     </message>
     <message>
-        <source>Rien ne correspond à « %1 ».</source>
+        <source>Rien ne correspond à «&#xa0;%1&#xa0;».</source>
         <translation>Nothing matches “%1”.</translation>
     </message>
     <message>
-        <source>Ajouter « %1 »</source>
+        <source>Ajouter «&#xa0;%1&#xa0;»</source>
         <translation>Add “%1”</translation>
     </message>
     <message>
@@ -625,7 +633,7 @@
         </translation>
     </message>
     <message>
-        <source>Saisie bloquée : patientez cinq secondes.</source>
+        <source>Saisie bloquée&#xa0;: patientez cinq secondes.</source>
         <translation>Entry locked: wait for five seconds.</translation>
     </message>
     <message>
@@ -633,7 +641,7 @@
         <translation>Type your five digits.</translation>
     </message>
     <message>
-        <source>Code refusé. Essais restants : %1</source>
+        <source>Code refusé. Essais restants&#xa0;: %1</source>
         <translation>Code refused. Attempts left: %1</translation>
     </message>
     <message>
@@ -671,7 +679,7 @@
         <translation>%1 to measure</translation>
     </message>
     <message>
-        <source>Aucun local encore. Ajoutez le premier avec « Local ».</source>
+        <source>Aucun local encore. Ajoutez le premier avec «&#xa0;Local&#xa0;».</source>
         <translation>No room yet. Add the first with “Room”.</translation>
     </message>
     <message>
@@ -802,11 +810,11 @@
         <translation>Shut down</translation>
     </message>
     <message>
-        <source>Éteindre l&apos;instrument ?</source>
+        <source>Éteindre l&apos;instrument&#xa0;?</source>
         <translation>Shut the instrument down?</translation>
     </message>
     <message>
-        <source>« %1 » est enregistré, puis l&apos;instrument s&apos;éteint.</source>
+        <source>«&#xa0;%1&#xa0;» est enregistré, puis l&apos;instrument s&apos;éteint.</source>
         <translation>“%1” is saved, then the instrument shuts down.</translation>
     </message>
     <message>
@@ -900,7 +908,7 @@
         <translation>no shock recorded</translation>
     </message>
     <message>
-        <source>dernier : %1</source>
+        <source>dernier&#xa0;: %1</source>
         <translation>last: %1</translation>
     </message>
     <message>
@@ -947,7 +955,7 @@
         <translation>Hold the trigger, and the instrument against the surface.</translation>
     </message>
     <message>
-        <source>La décision est acquise : relâchez la détente.</source>
+        <source>La décision est acquise&#xa0;: relâchez la détente.</source>
         <translation>There is a decision: release the trigger.</translation>
     </message>
     <message>
@@ -955,11 +963,11 @@
         <translation>Hold the trigger until there is a decision.</translation>
     </message>
     <message>
-        <source>Maintenez : la mesure dure %1 s.</source>
+        <source>Maintenez&#xa0;: la mesure dure %1 s.</source>
         <translation>Hold: the measure lasts %1 s.</translation>
     </message>
     <message>
-        <source>Maintenez : la mesure s&apos;arrête d&apos;elle-même.</source>
+        <source>Maintenez&#xa0;: la mesure s&apos;arrête d&apos;elle-même.</source>
         <translation>Hold: the measure ends by itself.</translation>
     </message>
     <message>
@@ -971,7 +979,7 @@
         <translation>Release the trigger. The unit has its result.</translation>
     </message>
     <message>
-        <source>L&apos;instrument n&apos;est pas prêt : attendez avant de mesurer.</source>
+        <source>L&apos;instrument n&apos;est pas prêt&#xa0;: attendez avant de mesurer.</source>
         <translation>The instrument is not ready: wait before measuring.</translation>
     </message>
     <message>
@@ -994,7 +1002,7 @@
         <translation>State of the instrument</translation>
     </message>
     <message>
-        <source>Batterie : %1</source>
+        <source>Batterie&#xa0;: %1</source>
         <translation>Battery: %1</translation>
     </message>
     <message>
@@ -1010,7 +1018,7 @@
         <translation>%1 °C · %2 V</translation>
     </message>
     <message>
-        <source>Choc signalé : voir l&apos;historique</source>
+        <source>Choc signalé&#xa0;: voir l&apos;historique</source>
         <translation>Shock signalled: see the history</translation>
     </message>
     <message>
@@ -1018,11 +1026,11 @@
         <translation>History of shocks</translation>
     </message>
     <message>
-        <source>Wi-Fi allumé : éteindre</source>
+        <source>Wi-Fi allumé&#xa0;: éteindre</source>
         <translation>Wi-Fi on: switch off</translation>
     </message>
     <message>
-        <source>Wi-Fi éteint : allumer</source>
+        <source>Wi-Fi éteint&#xa0;: allumer</source>
         <translation>Wi-Fi off: switch on</translation>
     </message>
     <message>
@@ -1034,7 +1042,7 @@
         <translation>Wi-Fi off</translation>
     </message>
     <message>
-        <source>Lampe allumée : éteindre</source>
+        <source>Lampe allumée&#xa0;: éteindre</source>
         <translation>Light on: switch off</translation>
     </message>
     <message>
@@ -1042,33 +1050,33 @@
         <translation>Switch the light on</translation>
     </message>
     <message>
-        <source>Date et heure : %1</source>
+        <source>Date et heure&#xa0;: %1</source>
         <translation>Date and time: %1</translation>
     </message>
     <message numerus="yes">
-        <source>Source périmée : %n jour(s)</source>
+        <source>Source périmée&#xa0;: %n jour(s)</source>
         <translation>
             <numerusform>Source expired: %n day</numerusform>
             <numerusform>Source expired: %n days</numerusform>
         </translation>
     </message>
     <message>
-        <source>Source : fin le %1</source>
+        <source>Source&#xa0;: fin le %1</source>
         <translation>Source: ends %1</translation>
     </message>
 </context>
 <context>
     <name>Stepper</name>
     <message>
-        <source>%1 : un nombre de %2 à %3.</source>
+        <source>%1&#xa0;: un nombre de %2 à %3.</source>
         <translation>%1: a number from %2 to %3.</translation>
     </message>
     <message>
-        <source>Moins : %1</source>
+        <source>Moins&#xa0;: %1</source>
         <translation>Less: %1</translation>
     </message>
     <message>
-        <source>Plus : %1</source>
+        <source>Plus&#xa0;: %1</source>
         <translation>More: %1</translation>
     </message>
 </context>
@@ -1154,7 +1162,7 @@
         <translation>Next zone</translation>
     </message>
     <message>
-        <source>Pourquoi cette unité n&apos;est-elle pas mesurée ?</source>
+        <source>Pourquoi cette unité n&apos;est-elle pas mesurée&#xa0;?</source>
         <translation>Why is this unit not measured?</translation>
     </message>
     <message>
@@ -1166,11 +1174,11 @@
         <translation>The room was not visited</translation>
     </message>
     <message>
-        <source>Raison : non mesurée</source>
+        <source>Raison&#xa0;: non mesurée</source>
         <translation>Reason: not measured</translation>
     </message>
     <message>
-        <source>Raison : non visité</source>
+        <source>Raison&#xa0;: non visité</source>
         <translation>Reason: not visited</translation>
     </message>
     <message>
@@ -1196,7 +1204,7 @@
         <translation>Unit</translation>
     </message>
     <message>
-        <source>Aucune unité dans ce local. Ajoutez la première avec « Unité ».</source>
+        <source>Aucune unité dans ce local. Ajoutez la première avec «&#xa0;Unité&#xa0;».</source>
         <translation>No unit in this room. Add the first with “Unit”.</translation>
     </message>
     <message>
@@ -1376,7 +1384,7 @@
         <translation>Give the diagnostic a name.</translation>
     </message>
     <message>
-        <source>Le nom ne peut pas contenir « / ».</source>
+        <source>Le nom ne peut pas contenir «&#xa0;/&#xa0;».</source>
         <translation>The name cannot contain “/”.</translation>
     </message>
     <message>

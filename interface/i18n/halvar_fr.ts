@@ -54,10 +54,10 @@
 <context>
     <name>StatusBar</name>
     <message numerus="yes">
-        <source>Source périmée : %n jour(s)</source>
+        <source>Source périmée&#xa0;: %n jour(s)</source>
         <translation>
-            <numerusform>Source périmée : %n jour</numerusform>
-            <numerusform>Source périmée : %n jours</numerusform>
+            <numerusform>Source périmée&#xa0;: %n jour</numerusform>
+            <numerusform>Source périmée&#xa0;: %n jours</numerusform>
         </translation>
     </message>
 </context>

@@ -17,7 +17,7 @@ Screen {
     property real elapsed: 0
 
     title: qsTr("Contrôle de justesse")
-    subtitle: qsTr("Bloc de référence : %1 ± %2 mg/cm²").arg(Words.concentration(reference))
+    subtitle: qsTr("Bloc de référence : %1 ± %2 mg/cm²").arg(Words.concentration(reference))
         .arg(Words.concentration(precision))
 
     function mayLeave() {
@@ -51,7 +51,7 @@ Screen {
     ConfirmDialog {
         id: leaveDialog
         title: qsTr("Contrôle en cours")
-        question: qsTr("Arrêter le contrôle de justesse et quitter cet écran ?")
+        question: qsTr("Arrêter le contrôle de justesse et quitter cet écran ?")
         yes: qsTr("Arrêter et quitter")
         no: qsTr("Continuer le contrôle")
         onAccepted: {
@@ -71,10 +71,10 @@ Screen {
                 height: Math.max(stageName.implicitHeight, verdict.implicitHeight)
                 Column {
                     id: stageName
-                    Caption { text: qsTr("Contrôle : %1").arg(Words.accuracyStage(controller.accuracyStage)) }
+                    Caption { text: qsTr("Contrôle : %1").arg(Words.accuracyStage(controller.accuracyStage)) }
                     Text {
                         text: screen.result && screen.result.sigma > 0
-                            ? qsTr("%1 ± %2").arg(Words.concentration(screen.result.concentration))
+                            ? qsTr("%1 ± %2 mg/cm²").arg(Words.concentration(screen.result.concentration))
                                   .arg(Words.concentration(screen.result.sigma)) : "–"
                         color: Theme.text
                         font { pixelSize: Theme.fontLarge; weight: Font.Bold }
@@ -103,7 +103,7 @@ Screen {
                 width: parent.width
                 text: {
                     if (screen.running)
-                        return qsTr("Contrôle en cours : %1 s. Laissez l'appareil sur le bloc de référence.")
+                        return qsTr("Contrôle en cours : %1 s. Laissez l'appareil sur le bloc de référence.")
                             .arg(Words.number(screen.elapsed, 0));
                     return qsTr("Posez l'appareil sur le bloc de référence, puis démarrez.");
                 }
@@ -133,7 +133,7 @@ Screen {
                 onClicked: screen.stop()
             }
         }
-        Caption { text: qsTr("Quel contrôle ?") }
+        Caption { text: qsTr("Quel contrôle ?") }
         Grid {
             id: stages
             width: parent.width

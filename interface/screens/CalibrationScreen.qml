@@ -18,7 +18,7 @@ Screen {
         if (running)
             return { sign: "tune", tint: Theme.neutral, word: qsTr("Calibrage en cours") };
         if (exhausted)
-            return { sign: "cross", tint: Theme.positive, word: qsTr("Trop d'échecs : appelez le service") };
+            return { sign: "cross", tint: Theme.positive, word: qsTr("Trop d'échecs : appelez le service") };
         if (Instrument.calibrationState === CalibrationEnumClass.ERROR)
             return { sign: "cross", tint: Theme.positive, word: qsTr("Calibrage échoué") };
         if (Instrument.calibrationOutcome === "stopped")
@@ -45,7 +45,7 @@ Screen {
     ConfirmDialog {
         id: leaveDialog
         title: qsTr("Calibrage en cours")
-        question: qsTr("Arrêter le calibrage et quitter cet écran ?")
+        question: qsTr("Arrêter le calibrage et quitter cet écran ?")
         yes: qsTr("Arrêter et quitter")
         no: qsTr("Continuer le calibrage")
         onAccepted: {
@@ -71,12 +71,12 @@ Screen {
             Body {
                 width: parent.width
                 text: controller.lastCalibrationDate === ""
-                    ? qsTr("Date du dernier calibrage : inconnue")
-                    : qsTr("Dernier calibrage : %1").arg(controller.lastCalibrationDate)
+                    ? qsTr("Date du dernier calibrage : inconnue")
+                    : qsTr("Dernier calibrage : %1").arg(controller.lastCalibrationDate)
             }
             Body {
                 width: parent.width
-                text: qsTr("Essais restants : %1 sur %2").arg(Instrument.calibrationAttemptsLeft)
+                text: qsTr("Essais restants : %1 sur %2").arg(Instrument.calibrationAttemptsLeft)
                     .arg(config.Nbr_Energy_Adj_Test())
             }
             ProgressBar {

@@ -10,7 +10,7 @@ Screen {
     id: screen
 
     title: qsTr("Diagnostics")
-    subtitle: qsTr("Place libre : %1").arg(Words.size(diagnosticFiles.freeBytes))
+    subtitle: qsTr("Place libre : %1").arg(Words.size(diagnosticFiles.freeBytes))
     actions: SignButton {
         objectName: "newDiagnostic"
         sign: "plus"
@@ -37,7 +37,7 @@ Screen {
         property string name
         property string problem
         title: qsTr("Fichier endommagé")
-        question: qsTr("« %1 » n'est pas lisible en entier (%2). Ouvrir ce qui peut l'être ? L'original est gardé à côté.")
+        question: qsTr("« %1 » n'est pas lisible en entier (%2). Ouvrir ce qui peut l'être ? L'original est gardé à côté.")
             .arg(name).arg(problem)
         yes: qsTr("Ouvrir ce qui est lisible")
         onAccepted: screen.load(path, name)
@@ -47,7 +47,7 @@ Screen {
         property string path
         property string name
         title: qsTr("Supprimer le diagnostic")
-        question: qsTr("« %1 » sera effacé de l'instrument. Il ne pourra pas être retrouvé.").arg(name)
+        question: qsTr("« %1 » sera effacé de l'instrument. Il ne pourra pas être retrouvé.").arg(name)
         yes: qsTr("Supprimer")
         onAccepted: {
             controller.removeFile(path);
@@ -55,8 +55,8 @@ Screen {
             if (controller.fileName === name)
                 controller.initFile();
             diagnosticFiles.refresh();
-            Nav.say(diagnosticFiles.contains(name) ? qsTr("« %1 » n'a pas pu être supprimé.").arg(name)
-                                                   : qsTr("« %1 » est supprimé.").arg(name));
+            Nav.say(diagnosticFiles.contains(name) ? qsTr("« %1 » n'a pas pu être supprimé.").arg(name)
+                                                   : qsTr("« %1 » est supprimé.").arg(name));
         }
     }
 
@@ -65,7 +65,7 @@ Screen {
         objectName: "diagnosticList"
         anchors.fill: parent
         model: diagnosticFiles
-        emptyText: qsTr("Aucun diagnostic. Créez le premier avec « Nouveau ».")
+        emptyText: qsTr("Aucun diagnostic. Créez le premier avec « Nouveau ».")
         Accessible.name: screen.title
 
         delegate: ListRow {
@@ -76,9 +76,9 @@ Screen {
             heading: model.name
             detail: {
                 if (model.damaged)
-                    return qsTr("Endommagé : %1").arg(model.problem);
+                    return qsTr("Endommagé : %1").arg(model.problem);
                 var units = qsTr("%n unité(s)", "", model.units);
-                return model.place === "" ? units : model.place + " · " + units;
+                return model.place === "" ? units : units + " · " + model.place;
             }
             onClicked: {
                 if (!model.damaged) {
@@ -94,7 +94,7 @@ Screen {
             IconButton {
                 objectName: "remove"
                 sign: "bin"
-                text: qsTr("Supprimer « %1 »").arg(file.heading)
+                text: qsTr("Supprimer « %1 »").arg(file.heading)
                 onClicked: {
                     removeDialog.path = model.path;
                     removeDialog.name = model.name;

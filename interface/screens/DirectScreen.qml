@@ -32,7 +32,7 @@ MeasuringScreen {
     ConfirmDialog {
         id: clearDialog
         title: qsTr("Vider la liste")
-        question: qsTr("Les mesures directes ne sont dans aucun fichier : elles seront perdues.")
+        question: qsTr("Les mesures directes ne sont dans aucun fichier : elles seront perdues.")
         yes: qsTr("Vider la liste")
         onAccepted: directMeasures.clear()
     }

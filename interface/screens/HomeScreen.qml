@@ -10,7 +10,7 @@ Screen {
     id: screen
 
     canGoBack: false
-    title: qsTr("Que faire ?")
+    title: qsTr("Que faire ?")
     actions: IconButton {
         objectName: "themeButton"
         sign: Theme.night ? "sun" : "moon"

@@ -21,8 +21,9 @@ AbstractButton {
             words.push(Words.localisation(place));
         if (degradation !== DegradationStateEnumClass.NON_DEGRADE)
             words.push(Words.degradation(degradation));
-        if (conservationState !== "")
-            words.push(conservationState);
+        // The state of conservation is announced by the signal of the degradation.
+        if (qtObject && qtObject.degradationState >= 0 && qtObject.conservationState !== "")
+            words.push(qtObject.conservationState);
         return words.join(" · ");
     }
 

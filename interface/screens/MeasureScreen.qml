@@ -26,6 +26,13 @@ Screen {
             return statesOfDegradation;
         return null;
     }
+    // A measure announces its state of conservation by the signal of its degradation.
+    readonly property string conservation: {
+        if (!measure)
+            return "";
+        measure.degradationState;
+        return measure.conservationState;
+    }
     onHidden: controller.saveFile()
 
     Sheet {
@@ -50,7 +57,7 @@ Screen {
 
             Card {
                 width: (grid.width - (grid.columns - 1) * grid.columnSpacing) / grid.columns
-                Caption { text: qsTr("Où sur l'élément ?") }
+                Caption { text: qsTr("Où sur l'élément ?") }
                 LocalisationCross {
                     anchors.horizontalCenter: parent.horizontalCenter
                     value: screen.measure ? screen.measure.localisation : LocalisationEnumClass.NOT_DETERMINED
@@ -60,20 +67,28 @@ Screen {
             Card {
                 width: (grid.width - (grid.columns - 1) * grid.columnSpacing) / grid.columns
                 Caption { text: qsTr("Nature de la dégradation") }
-                Repeater {
-                    model: [DegradationStateEnumClass.NON_DEGRADE, DegradationStateEnumClass.NON_VISIBLE,
-                        DegradationStateEnumClass.ETAT_USAGE, DegradationStateEnumClass.DEGRADE]
-                    SignButton {
-                        readonly property bool chosen: screen.measure && screen.measure.degradationState === modelData
-                        objectName: "degradation" + modelData
-                        width: parent.width
-                        sign: chosen ? "check" : "open"
-                        highlighted: chosen
-                        text: Words.degradation(modelData)
-                        onClicked: {
-                            screen.measure.degradationState = modelData;
-                            if (!screen.states)
-                                screen.measure.conservationState = "";
+                Grid {
+                    id: degradations
+                    width: parent.width
+                    columns: screen.wide ? 1 : 2
+                    spacing: Theme.spacing
+
+                    Repeater {
+                        model: [DegradationStateEnumClass.NON_DEGRADE, DegradationStateEnumClass.NON_VISIBLE,
+                            DegradationStateEnumClass.ETAT_USAGE, DegradationStateEnumClass.DEGRADE]
+                        SignButton {
+                            readonly property bool chosen: screen.measure && screen.measure.degradationState === modelData
+                            objectName: "degradation" + modelData
+                            width: (degradations.width - (degradations.columns - 1) * degradations.spacing)
+                                   / degradations.columns
+                            sign: chosen ? "check" : "open"
+                            highlighted: chosen
+                            text: Words.degradation(modelData)
+                            onClicked: {
+                                screen.measure.degradationState = modelData;
+                                if (!screen.states)
+                                    screen.measure.conservationState = "";
+                            }
                         }
                     }
                 }
@@ -84,14 +99,13 @@ Screen {
             width: parent.width
             sign: "edit"
             heading: qsTr("État de conservation")
-            detail: screen.measure && screen.measure.conservationState !== "" ? screen.measure.conservationState
-                                                                              : qsTr("rien de noté")
+            detail: screen.conservation !== "" ? screen.conservation : qsTr("rien de noté")
             onClicked: Nav.open("PickScreen", {
                 title: qsTr("État de conservation"),
                 items: screen.states || statesOfUse,
                 allowNew: false,
                 allowNone: true,
-                current: screen.measure.conservationState,
+                current: screen.conservation,
                 picked: function(title) { screen.measure.conservationState = title; }
             })
         }

@@ -21,7 +21,7 @@ Screen {
 
         title: qsTr("Mesure en cours")
         question: interrupted
-            ? qsTr("L'instrument ne répond pas. Quitter quand même ? La mesure est abandonnée.")
+            ? qsTr("L'instrument ne répond pas. Quitter quand même ? La mesure est abandonnée.")
             : qsTr("Relâchez la détente pour terminer la mesure. Interrompue, elle reste sans résultat.")
         yes: interrupted ? qsTr("Quitter quand même") : qsTr("Terminer avec le résultat et quitter")
         other: interrupted ? "" : qsTr("Interrompre et quitter")

@@ -46,7 +46,7 @@ Screen {
         else
             items.add(title, "", kind);
         if (!database.write())
-            Nav.say(qsTr("« %1 » n'a pas pu être gardé pour la prochaine fois.").arg(title));
+            Nav.say(qsTr("« %1 » n'a pas pu être gardé pour la prochaine fois.").arg(title));
         pick(title);
     }
 
@@ -82,7 +82,7 @@ Screen {
         objectName: "pickList"
         anchors { top: search.bottom; topMargin: Theme.spacingSmall; bottom: parent.bottom; left: parent.left; right: parent.right }
         model: proxy
-        emptyText: screen.wanted === "" ? qsTr("Cette liste est vide.") : qsTr("Rien ne correspond à « %1 ».").arg(screen.wanted)
+        emptyText: screen.wanted === "" ? qsTr("Cette liste est vide.") : qsTr("Rien ne correspond à « %1 ».").arg(screen.wanted)
         currentIndex: proxy.findCurrentIndex(screen.current)
         Accessible.name: screen.title
         onCountChanged: positionViewAtIndex(Math.max(0, currentIndex), ListView.Contain)
@@ -93,16 +93,6 @@ Screen {
             bottomPadding: children.length > 0 && implicitHeight > Theme.spacingSmall ? Theme.spacingSmall : 0
 
             ListRow {
-                objectName: "addNew"
-                width: parent.width
-                visible: screen.allowNew && screen.wanted !== "" && !(screen.rowOf(screen.wanted) >= 0
-                    && screen.items.get(screen.rowOf(screen.wanted)).activated)
-                chevron: false
-                sign: "plus"
-                heading: qsTr("Ajouter « %1 »").arg(screen.wanted)
-                onClicked: screen.add(screen.wanted)
-            }
-            ListRow {
                 objectName: "none"
                 width: parent.width
                 visible: screen.allowNone && screen.wanted === ""
@@ -110,6 +100,23 @@ Screen {
                 sign: "skip"
                 heading: qsTr("Ne rien noter")
                 onClicked: screen.pick("")
+            }
+        }
+        // After what was found: the first row is the likely one.
+        footer: Column {
+            width: list.width - 2 * Theme.margin
+            topPadding: list.count > 0 && addNew.visible ? Theme.spacingSmall : 0
+
+            ListRow {
+                id: addNew
+                objectName: "addNew"
+                width: parent.width
+                visible: screen.allowNew && screen.wanted !== "" && !(screen.rowOf(screen.wanted) >= 0
+                    && screen.items.get(screen.rowOf(screen.wanted)).activated)
+                chevron: false
+                sign: "plus"
+                heading: qsTr("Ajouter « %1 »").arg(screen.wanted)
+                onClicked: screen.add(screen.wanted)
             }
         }
         delegate: ListRow {

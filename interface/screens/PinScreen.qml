@@ -122,10 +122,10 @@ Screen {
                 verticalAlignment: Text.AlignVCenter
                 text: {
                     if (screen.locked)
-                        return qsTr("Saisie bloquée : patientez cinq secondes.");
+                        return qsTr("Saisie bloquée : patientez cinq secondes.");
                     if (!screen.wrong)
                         return qsTr("Tapez vos cinq chiffres.");
-                    return qsTr("Code refusé. Essais restants : %1").arg(screen.limit - screen.failures);
+                    return qsTr("Code refusé. Essais restants : %1").arg(screen.limit - screen.failures);
                 }
                 color: screen.wrong || screen.locked ? Theme.alarm : Theme.textSecondary
                 font { pixelSize: Theme.fontNormal; weight: screen.wrong || screen.locked ? Font.DemiBold : Font.Normal }

@@ -65,7 +65,7 @@ Screen {
         objectName: "roomList"
         anchors.fill: parent
         model: usedRooms
-        emptyText: qsTr("Aucun local encore. Ajoutez le premier avec « Local ».")
+        emptyText: qsTr("Aucun local encore. Ajoutez le premier avec « Local ».")
         Accessible.name: screen.title
 
         delegate: ListRow {

@@ -56,8 +56,8 @@ Screen {
     ConfirmDialog {
         id: shutdownDialog
         title: qsTr("Éteindre")
-        question: controller.fileName === "" ? qsTr("Éteindre l'instrument ?")
-                                             : qsTr("« %1 » est enregistré, puis l'instrument s'éteint.").arg(controller.fileName)
+        question: controller.fileName === "" ? qsTr("Éteindre l'instrument ?")
+                                             : qsTr("« %1 » est enregistré, puis l'instrument s'éteint.").arg(controller.fileName)
         yes: qsTr("Éteindre")
         onAccepted: {
             controller.saveFile();

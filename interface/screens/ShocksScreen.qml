@@ -11,7 +11,7 @@ Screen {
     id: screen
 
     title: qsTr("Chocs")
-    subtitle: error.lastShock === "" ? qsTr("aucun choc enregistré") : qsTr("dernier : %1").arg(error.lastShock)
+    subtitle: error.lastShock === "" ? qsTr("aucun choc enregistré") : qsTr("dernier : %1").arg(error.lastShock)
 
     SortFilterProxyModel {
         id: newestFirst

@@ -65,6 +65,9 @@ MeasuringScreen {
     onShown: {
         controller.editionMode = !screen.fresh;
         Instrument.measureUnit(screen.row);
+        // What was noted on another screen may have made the last measure higher.
+        if (list.count > 0)
+            Qt.callLater(list.showLast);
     }
     onHidden: {
         controller.editionMode = false;
@@ -125,7 +128,7 @@ MeasuringScreen {
                 picture: screen.unit ? elements.findImageFromTitle(screen.unit.element) : ""
                 sign: "picture"
                 heading: screen.unit && screen.unit.element !== "" ? screen.unit.element : qsTr("Élément à choisir")
-                detail: qsTr("Élément")
+                detail: screen.unit && screen.unit.element !== "" ? qsTr("Élément") : ""
                 onClicked: screen.pick(qsTr("Élément"), elements, "elements", "element")
             }
             ListRow {
@@ -134,7 +137,7 @@ MeasuringScreen {
                 picture: screen.unit ? substrates.findImageFromTitle(screen.unit.substrat) : ""
                 sign: "picture"
                 heading: screen.unit && screen.unit.substrat !== "" ? screen.unit.substrat : qsTr("Substrat à choisir")
-                detail: qsTr("Substrat")
+                detail: screen.unit && screen.unit.substrat !== "" ? qsTr("Substrat") : ""
                 onClicked: screen.pick(qsTr("Substrat"), substrates, "substrats", "substrat")
             }
             ListRow {
@@ -143,7 +146,7 @@ MeasuringScreen {
                 picture: screen.unit ? coatings.findImageFromTitle(screen.unit.revetement) : ""
                 sign: "picture"
                 heading: screen.unit && screen.unit.revetement !== "" ? screen.unit.revetement : qsTr("Revêtement à choisir")
-                detail: qsTr("Revêtement")
+                detail: screen.unit && screen.unit.revetement !== "" ? qsTr("Revêtement") : ""
                 onClicked: screen.pick(qsTr("Revêtement"), coatings, "revetements", "revetement")
             }
             TextField {
@@ -197,6 +200,10 @@ MeasuringScreen {
         Accessible.name: qsTr("Mesures de l'unité")
 
         readonly property real inner: width - leftMargin - rightMargin
+        function showLast() {
+            forceLayout();
+            positionViewAtEnd();
+        }
 
         header: Column {
             width: list.inner
@@ -287,11 +294,11 @@ MeasuringScreen {
     ConfirmDialog {
         id: skipDialog
         title: qsTr("Non mesurée")
-        question: qsTr("Pourquoi cette unité n'est-elle pas mesurée ?")
+        question: qsTr("Pourquoi cette unité n'est-elle pas mesurée ?")
         yes: qsTr("L'unité ne peut pas être mesurée")
         other: qsTr("Le local n'a pas été visité")
-        onAccepted: screen.skip(reasonsNotMeasured, qsTr("Raison : non mesurée"))
-        onOtherChosen: screen.skip(reasonsNotVisited, qsTr("Raison : non visité"))
+        onAccepted: screen.skip(reasonsNotMeasured, qsTr("Raison : non mesurée"))
+        onOtherChosen: screen.skip(reasonsNotVisited, qsTr("Raison : non visité"))
     }
     ConfirmDialog {
         id: removeDialog

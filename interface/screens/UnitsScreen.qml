@@ -49,7 +49,7 @@ Screen {
         objectName: "unitList"
         anchors.fill: parent
         model: proxy
-        emptyText: qsTr("Aucune unité dans ce local. Ajoutez la première avec « Unité ».")
+        emptyText: qsTr("Aucune unité dans ce local. Ajoutez la première avec « Unité ».")
         Accessible.name: qsTr("Unités de %1").arg(screen.room)
 
         delegate: ListRow {

@@ -7,6 +7,8 @@
 #include <QQuickWindow>
 #include <QVector>
 
+#include <algorithm>
+
 #include "hand.h"
 
 namespace {
@@ -180,4 +182,13 @@ QStringList complaints(const QQuickWindow *window, Strictness strictness)
         }
     }
     return found;
+}
+
+bool isSaid(const QQuickWindow *window, const QString &words)
+{
+    const QList<QQuickItem *> items = visibleItems(window->contentItem());
+    return std::any_of(items.begin(), items.end(), [&](const QQuickItem *item) {
+        QString text = item->property("text").toString();
+        return text.replace(QChar::Nbsp, QLatin1Char(' ')).contains(words);
+    });
 }

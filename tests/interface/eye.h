@@ -19,4 +19,7 @@ enum class Strictness {
 /// do not see them. One line each; none is a window as it should be.
 QStringList complaints(const QQuickWindow *window, Strictness strictness = Strictness::Everything);
 
+/// Whether a visible text holds \p words, as people type them: without the blanks that keep a line together.
+bool isSaid(const QQuickWindow *window, const QString &words);
+
 #endif // EYE_H

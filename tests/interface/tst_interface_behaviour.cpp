@@ -11,6 +11,8 @@
 #include <databaseitemlistmodel.h>
 #include <failure.h>
 #include <halvar-error.h>
+#include <measure.h>
+#include <measurelistmodel.h>
 #include <nap/records.h>
 #include <pin.h>
 #include <ud.h>
@@ -22,14 +24,6 @@
 namespace nap = com::halvar::nap;
 
 namespace {
-
-bool isSaid(const Showcase &showcase, const QString &text)
-{
-    const QList<QQuickItem *> items = visibleItems(showcase.window->contentItem());
-    return std::any_of(items.begin(), items.end(), [&](const QQuickItem *item) {
-        return item->property("text").toString().contains(text);
-    });
-}
 
 QQuickItem *itemNamed(const Showcase &showcase, const QString &name)
 {
@@ -88,6 +82,8 @@ private slots:
     void room_isFoundWithoutAccentsAndOnlyWhenActivated();
     void newRoom_isKeptInTheDatabase();
     void unitWithAResult_putsTheTriggerAside();
+    void stateOfConservation_isShownWhereverTheMeasureIs();
+    void negativeConcentration_hasAMinusSign();
     void tenThousandUnits_needNoMoreDelegatesThanFit();
     void colours_keepTheirContrast();
 
@@ -120,11 +116,11 @@ void TstInterfaceBehaviour::temperatureAndVoltage_areTrueWhicheverChanges()
         showcase->nap_AcqConditions(conditions);
     };
     tell(21, 1200);
-    QVERIFY(isSaid(showcase, QStringLiteral("21 °C · 1200 V")));
+    QVERIFY(isSaid(showcase.window, QStringLiteral("21 °C · 1200 V")));
     tell(27, 1200);
-    QVERIFY(isSaid(showcase, QStringLiteral("27 °C · 1200 V")));
+    QVERIFY(isSaid(showcase.window, QStringLiteral("27 °C · 1200 V")));
     tell(27, 1188);
-    QVERIFY(isSaid(showcase, QStringLiteral("27 °C · 1188 V")));
+    QVERIFY(isSaid(showcase.window, QStringLiteral("27 °C · 1188 V")));
 }
 
 void TstInterfaceBehaviour::threeWrongCodes_restTheKeypad()
@@ -135,10 +131,11 @@ try {
     for (int attempt = 0; attempt < 3; ++attempt) {
         for (int digit = 0; digit < 5; ++digit)
             showcase.hand->tap(QStringLiteral("9"));
-        QVERIFY(isSaid(showcase, QStringLiteral("Code refusé. Essais restants : %1").arg(2 - attempt)));
+        QVERIFY(
+            isSaid(showcase.window, QStringLiteral("Code refusé. Essais restants : %1").arg(2 - attempt)));
         QTRY_COMPARE(showcase->pin->property("nbDigits").toInt(), 0);
     }
-    QTRY_VERIFY(isSaid(showcase, QStringLiteral("Saisie bloquée")));
+    QTRY_VERIFY(isSaid(showcase.window, QStringLiteral("Saisie bloquée")));
     QVERIFY(!showcase.hand->see(QStringLiteral("9")));
     showcase.hand->key(Qt::Key_9);
     QCOMPARE(showcase->pin->property("nbDigits").toInt(), 0);
@@ -157,7 +154,7 @@ try {
     showcase->waitingForGo();
     showcase.hand->waitForScreen(QStringLiteral("PinScreen"));
     showcase->pin->setDisabled(true);
-    QVERIFY(isSaid(showcase, QStringLiteral("Saisie bloquée")));
+    QVERIFY(isSaid(showcase.window, QStringLiteral("Saisie bloquée")));
     QVERIFY(!showcase.hand->see(QStringLiteral("1")));
     showcase->pin->enable();
     showcase.hand->tap(QStringLiteral("1"));
@@ -227,7 +224,7 @@ try {
     const int before = showcase->measureTime();
     showcase.hand->fill(QStringLiteral("measureTimeField"), QStringLiteral("douze"));
     showcase.hand->key(Qt::Key_Return);
-    QVERIFY(isSaid(showcase, QStringLiteral("un nombre de 1 à 120")));
+    QVERIFY(isSaid(showcase.window, QStringLiteral("un nombre de 1 à 120")));
     QCOMPARE(showcase->measureTime(), before);
     QCOMPARE(itemNamed(showcase, QStringLiteral("measureTimeField"))->property("text").toString(),
              QString::number(before));
@@ -268,7 +265,7 @@ try {
     showcase.hand->fill(QStringLiteral("name"), name);
     showcase.hand->tap(QStringLiteral("create"));
     QCOMPARE(showcase.hand->screen(), QStringLiteral("NewDiagnosticScreen"));
-    QVERIFY(isSaid(showcase, reason));
+    QVERIFY(isSaid(showcase.window, reason));
     QCOMPARE(showcase->fileName(), QString());
 } catch (const Failure &failure) {
     QFAIL(qUtf8Printable(failure.text));
@@ -287,7 +284,7 @@ try {
     showcase.open(QStringLiteral("DiagnosticsScreen"));
     showcase.hand->tap(QStringLiteral("Coupure"));
     showcase.hand->find(QStringLiteral("yes"));
-    QVERIFY(isSaid(showcase, QStringLiteral("n'est pas lisible en entier")));
+    QVERIFY(isSaid(showcase.window, QStringLiteral("n'est pas lisible en entier")));
     showcase.hand->tap(QStringLiteral("no"));
     showcase.hand->pause(50);
     QCOMPARE(showcase.hand->screen(), QStringLiteral("DiagnosticsScreen"));
@@ -351,17 +348,58 @@ try {
         showcase->uds->append(unit);
     }
     showcase.open(QStringLiteral("UnitScreen"), {{QStringLiteral("row"), 0}});
-    QVERIFY(isSaid(showcase, QStringLiteral("Prêt à mesurer")));
+    QVERIFY(isSaid(showcase.window, QStringLiteral("Prêt à mesurer")));
     QCOMPARE(commands.commands, QList<int>{MSPClient::RUN_HARD});
     showcase.hand->key(Qt::Key_Escape);
     showcase.hand->waitForScreen(QStringLiteral("HomeScreen"));
     QCOMPARE(commands.commands.last(), int(MSPClient::ABORT));
     commands.commands.clear();
     showcase.open(QStringLiteral("UnitScreen"), {{QStringLiteral("row"), 1}});
-    QVERIFY(isSaid(showcase, QStringLiteral("En veille")));
+    QVERIFY(isSaid(showcase.window, QStringLiteral("En veille")));
     QVERIFY(!commands.commands.contains(MSPClient::RUN_HARD));
     showcase.hand->tap(QStringLiteral("Remesurer"));
     QCOMPARE(commands.commands.last(), int(MSPClient::RUN_HARD));
+} catch (const Failure &failure) {
+    QFAIL(qUtf8Printable(failure.text));
+}
+
+void TstInterfaceBehaviour::stateOfConservation_isShownWhereverTheMeasureIs()
+try {
+    Showcase &showcase = *m_showcase;
+    showcase.unlock();
+    auto *unit = new UD;
+    unit->setStatut(UDStatutEnumClass::POSITIVE);
+    auto *measure = new Measure;
+    measure->setDegradationState(DegradationStateEnumClass::DEGRADE);
+    unit->measures()->append(measure);
+    showcase->uds->append(unit);
+    showcase.open(QStringLiteral("UnitScreen"), {{QStringLiteral("row"), 0}});
+    showcase.hand->tap(QStringLiteral("measure1"));
+    showcase.hand->waitForScreen(QStringLiteral("MeasureScreen"));
+    QVERIFY(isSaid(showcase.window, QStringLiteral("rien de noté")));
+    showcase.hand->tap(QStringLiteral("conservation"));
+    showcase.hand->waitForScreen(QStringLiteral("PickScreen"));
+    showcase.hand->tap(QStringLiteral("Écaillage"));
+    showcase.hand->waitForScreen(QStringLiteral("MeasureScreen"));
+    QVERIFY(isSaid(showcase.window, QStringLiteral("Écaillage")));
+    showcase.hand->tap(QStringLiteral("back"));
+    showcase.hand->waitForScreen(QStringLiteral("UnitScreen"));
+    QVERIFY(isSaid(showcase.window, QStringLiteral("Dégradé · Écaillage")));
+} catch (const Failure &failure) {
+    QFAIL(qUtf8Printable(failure.text));
+}
+
+void TstInterfaceBehaviour::negativeConcentration_hasAMinusSign()
+try {
+    Showcase &showcase = *m_showcase;
+    showcase.unlock();
+    auto *measure = new Measure;
+    measure->setConcentration(-0.25);
+    measure->setSigma(0.2);
+    showcase->directMeasures->append(measure);
+    showcase.open(QStringLiteral("DirectScreen"));
+    QVERIFY(isSaid(showcase.window, QStringLiteral("−0,25")));
+    QVERIFY(complaints(showcase.window).isEmpty());
 } catch (const Failure &failure) {
     QFAIL(qUtf8Printable(failure.text));
 }

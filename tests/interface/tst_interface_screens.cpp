@@ -206,14 +206,9 @@ try {
 
     showcase.open(QStringLiteral("PickScreen"),
                   {{QStringLiteral("items"), showcase.object(QStringLiteral("rooms"))}});
-    const auto said = [&showcase](const QString &text) {
-        const QList<QQuickItem *> items = visibleItems(showcase.window->contentItem());
-        return std::any_of(items.begin(), items.end(),
-                           [&](const QQuickItem *item) { return item->property("text").toString() == text; });
-    };
-    QVERIFY(said(QStringLiteral("Cette liste est vide.")));
+    QVERIFY(isSaid(showcase.window, QStringLiteral("Cette liste est vide.")));
     showcase.hand->fill(QStringLiteral("search"), QStringLiteral("Grange"));
-    QTRY_VERIFY(said(QStringLiteral("Rien ne correspond à « Grange ».")));
+    QTRY_VERIFY(isSaid(showcase.window, QStringLiteral("Rien ne correspond à « Grange ».")));
     QVERIFY(showcase.hand->see(QStringLiteral("Ajouter « Grange »")));
 } catch (const Failure &failure) {
     QFAIL(qUtf8Printable(failure.text));

@@ -18,15 +18,22 @@ class TstInterfaceTour : public QObject
     Q_OBJECT
 
 private slots:
+    void init();
     void fromTheCodeToTheSavedFile_showsEveryStateRight();
+    void inEnglishWithAnExpiredSource_showsEveryScreenRight();
 };
+
+void TstInterfaceTour::init()
+{
+    Showcase::fillHome();
+    // A file that a power cut left behind.
+    const QString damaged = Showcase::home() + QStringLiteral("files/Coupure-de-courant.xml");
+    QVERIFY(QFile::copy(QStringLiteral(HALVAR_SOURCE_DIR "/simulator/home/files/Cave-7.xml"), damaged));
+    QVERIFY(QFile::resize(damaged, 2500));
+}
 
 void TstInterfaceTour::fromTheCodeToTheSavedFile_showsEveryStateRight()
 {
-    Showcase::fillHome();
-    QFile::copy(QStringLiteral(HALVAR_SOURCE_DIR "/simulator/home/files/Cave-7.xml"),
-                Showcase::home() + QStringLiteral("files/Coupure-de-courant.xml"));
-    QVERIFY(QFile::resize(Showcase::home() + QStringLiteral("files/Coupure-de-courant.xml"), 2500));
     Showcase::setConfig(QStringLiteral("Time_Before_Open_Shutter"), QStringLiteral("2000"));
     Showcase::setConfig(QStringLiteral("Waiting_For_Go"), QStringLiteral("4"));
 
@@ -61,6 +68,38 @@ void TstInterfaceTour::fromTheCodeToTheSavedFile_showsEveryStateRight()
     QFile commands(qEnvironmentVariable("HALVAR_INSTRUMENT_COMMANDS"));
     QVERIFY(commands.open(QIODevice::ReadOnly));
     QVERIFY(commands.readAll().trimmed().endsWith("halt"));
+}
+
+void TstInterfaceTour::inEnglishWithAnExpiredSource_showsEveryScreenRight()
+{
+    Showcase::setConfig(QStringLiteral("DateEndSource"), QStringLiteral("01/03/2024"));
+    SimulatorProcess simulator(QStringLiteral(SIMULATOR));
+    QVERIFY(simulator.start({QStringLiteral("--home"), Showcase::home()}));
+    QStringList found;
+    int screens = 0;
+    try {
+        Showcase showcase(QLocale(QStringLiteral("en_GB")));
+        showcase->init();
+        Tour tour(showcase.window, *showcase.controller, simulator.control, [&](const QString &state) {
+            ++screens;
+            if (!isSaid(showcase.window, QStringLiteral("Source expired")))
+                found.append(QStringLiteral("%1: the expired source is not told").arg(state));
+            if (state == QLatin1String("diagnostics")
+                && !isSaid(showcase.window, QStringLiteral("Damaged: the file ends at line 57")))
+                found.append(QStringLiteral("%1: the damage is not told in English").arg(state));
+            showcase.hand->inBothOrientations([&](const QString &appearance) {
+                const QStringList seen = complaints(showcase.window);
+                for (const QString &complaint : seen)
+                    found.append(QStringLiteral("%1, %2: %3").arg(state, appearance, complaint));
+            });
+        });
+        tour.lookAround();
+        found += showcase.watch.warnings();
+    } catch (const Failure &failure) {
+        found.append(failure.text);
+    }
+    QVERIFY2(found.isEmpty(), qUtf8Printable(QLatin1Char('\n') + found.join(QLatin1Char('\n'))));
+    QVERIFY(screens >= 12);
 }
 
 QTEST_MAIN(TstInterfaceTour)

@@ -60,7 +60,9 @@ QString wordsOf(const QQuickItem *item)
     if (!isControl(item))
         return QString();
     for (const char *name : {"heading", "placeholderText", "text"}) {
-        const QString words = item->property(name).toString();
+        QString words = item->property(name).toString();
+        // As people type it, not as it is set.
+        words.replace(QChar::Nbsp, QLatin1Char(' '));
         if (!words.isEmpty())
             return words;
     }
@@ -139,6 +141,19 @@ void Hand::tap(QQuickItem *item)
     pause(20);
 }
 
+void Hand::touch(const QString &objectName)
+{
+    const QList<QQuickItem *> items = visibleItems(m_window->contentItem());
+    for (const QQuickItem *item : items) {
+        if (item->objectName() != objectName)
+            continue;
+        QTest::mouseClick(m_window, Qt::LeftButton, {}, pointOf(item));
+        pause(20);
+        return;
+    }
+    throw Failure{QStringLiteral("there is no %1 on %2").arg(objectName, screen())};
+}
+
 void Hand::fill(const QString &label, const QString &text)
 {
     tap(label);
@@ -205,6 +220,8 @@ void Hand::inAppearances(std::initializer_list<bool> nights, const std::function
         m_window->resize(wanted);
         waitFor([&] { return m_window->contentItem()->size().toSize() == wanted; },
                 QStringLiteral("the window is to get its size"));
+        // What a new shape brings in paints its signs in the frames after its first.
+        pause(60);
         for (const bool dark : nights) {
             m_window->setProperty("night", dark);
             pause(60);

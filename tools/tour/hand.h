@@ -36,6 +36,8 @@ public:
     /// Taps a control; scrolls to it first when it lies outside a list or sheet.
     void tap(const QString &label);
     void tap(QQuickItem *item);
+    /// Touches the visible item of this object name, which need not be a control.
+    void touch(const QString &objectName);
     /// Taps a field and types into it. What it held is replaced.
     void fill(const QString &label, const QString &text);
     void type(const QString &text);

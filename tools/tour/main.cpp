@@ -27,8 +27,19 @@ int fail(const QString &reason, int status)
     return status;
 }
 
-int tour(const QString &home, const QString &out)
+struct Options
 {
+    QString home;
+    QString out;
+    QString language;
+    bool glance = false;
+    int first = 1;
+};
+
+int tour(const Options &options)
+{
+    const QString &home = options.home;
+    const QString &out = options.out;
     SimulatorControl instrument;
     if (!instrument.connectTo())
         throw Failure{instrument.errorString() + QStringLiteral(" (is halvar-simulator running?)")};
@@ -42,23 +53,24 @@ int tour(const QString &home, const QString &out)
     if (!database.read(home))
         throw Failure{home + QStringLiteral("database/ cannot be read"), Failure::wrongUsage};
     HalvarController controller(home, &config, &database);
-    Interface interface(controller, config, database, QLocale(QStringLiteral("fr_FR")));
+    Interface interface(controller, config, database, QLocale(options.language));
     controller.init();
     QQuickWindow *const window = interface.load();
     if (!window)
         throw Failure{QStringLiteral("the screens cannot be loaded")};
 
-    int number = 0;
+    int number = options.first - 1;
     int pictures = 0;
     Hand hand(window);
-    Tour(window, controller, instrument, [&](const QString &name) {
+    Tour whole(window, controller, instrument, [&](const QString &name) {
         ++number;
         QTextStream(stdout) << QStringLiteral("%1 %2\n").arg(number, 2, 10, QLatin1Char('0')).arg(name);
         hand.inEveryAppearance([&](const QString &appearance) {
-            const QString file = QStringLiteral("%1/%2-%3-%4.png")
-                                     .arg(out)
-                                     .arg(number, 2, 10, QLatin1Char('0'))
-                                     .arg(name, appearance);
+            const QString file =
+                QStringLiteral("%1/%2-%3-%4.png")
+                    .arg(out)
+                    .arg(number, 2, 10, QLatin1Char('0'))
+                    .arg(options.glance ? options.language + QLatin1Char('-') + name : name, appearance);
             const QImage image = window->screen()->grabWindow(window->winId()).toImage();
             if (image.isNull())
                 throw Failure{QStringLiteral("the window shows nothing")};
@@ -66,14 +78,18 @@ int tour(const QString &home, const QString &out)
                 throw Failure{QStringLiteral("%1 cannot be written").arg(file)};
             ++pictures;
         });
-    }).run();
-    QTextStream(stdout)
-        << QStringLiteral(
-               "halvar-tour: the diagnostic was recorded, saved and opened again; %1 pictures of %2 "
-               "states are in %3.\n")
-               .arg(pictures)
-               .arg(number)
-               .arg(out);
+    });
+    if (options.glance)
+        whole.lookAround();
+    else
+        whole.run();
+    QTextStream(stdout) << QStringLiteral("halvar-tour: %1; %2 pictures of %3 states are in %4.\n")
+                               .arg(options.glance ? QStringLiteral("the screens were looked at")
+                                                   : QStringLiteral(
+                                                       "the diagnostic was recorded, saved and opened again"))
+                               .arg(pictures)
+                               .arg(number - options.first + 1)
+                               .arg(out);
     return 0;
 }
 
@@ -95,8 +111,21 @@ int main(int argc, char *argv[])
                                   QStringLiteral("dir"), QStringLiteral("/data/lambrik/"));
     const QCommandLineOption out(QStringLiteral("screenshots"), QStringLiteral("Where the pictures go."),
                                  QStringLiteral("dir"), QStringLiteral("screenshots"));
-    parser.addOptions({home, out});
+    const QCommandLineOption language(QStringLiteral("language"),
+                                      QStringLiteral("Language of the screens: fr, en."),
+                                      QStringLiteral("code"), QStringLiteral("fr"));
+    const QCommandLineOption glance(
+        QStringLiteral("glance"),
+        QStringLiteral("Look at the main screens only; the language is in the pictures' names."));
+    const QCommandLineOption first(QStringLiteral("first"), QStringLiteral("Number of the first picture."),
+                                   QStringLiteral("number"), QStringLiteral("1"));
+    parser.addOptions({home, out, language, glance, first});
     parser.process(application);
+    bool isNumber = false;
+    const Options options{parser.value(home), parser.value(out), parser.value(language), parser.isSet(glance),
+                          parser.value(first).toInt(&isNumber)};
+    if (!isNumber || options.first < 1)
+        return fail(QStringLiteral("--first wants a number from 1 on"), Failure::wrongUsage);
 
     // On the way the level of the log is changed; here only what is wrong is of interest.
     QsLogging::Logger::instance().addDestination(QsLogging::DestinationFactory::MakeFunctorDestination(
@@ -107,7 +136,7 @@ int main(int argc, char *argv[])
     QsLogging::Logger::instance().setLoggingLevel(QsLogging::WarnLevel);
     Interface::prepare();
     try {
-        return tour(parser.value(home), parser.value(out));
+        return tour(options);
     } catch (const Failure &failure) {
         return fail(failure.text, failure.status);
     }

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tour.h"
 
+#include <QDate>
+
 #include <failure.h>
 #include <halvarcontroller.h>
 #include <pin.h>
@@ -54,6 +56,8 @@ QJsonObject Tour::instrument(const QString &command, const QJsonObject &members)
 
 void Tour::start()
 {
+    instrument(QStringLiteral("today"),
+               {{QStringLiteral("date"), QDate::currentDate().toString(Qt::ISODate)}});
     m_hand.waitForScreen(QStringLiteral("HoldOffScreen"));
     picture(QStringLiteral("hold-off"));
     m_hand.waitForScreen(QStringLiteral("PinScreen"));
@@ -185,6 +189,9 @@ void Tour::measureDirectly()
     place(3.2, QStringLiteral("bois"));
     press();
     picture(QStringLiteral("direct-shutter-open"));
+    m_hand.waitFor([this] { return m_controller.acquisitionMode() == AcquisitionModeEnumClass::MEASURE; },
+                   QStringLiteral("the measure is to begin"));
+    picture(QStringLiteral("direct-settling"));
     hold(2);
     picture(QStringLiteral("direct-measuring"));
     hold(5);
@@ -232,6 +239,9 @@ void Tour::meetFaults()
     instrument(QStringLiteral("battery"), {{QStringLiteral("value"), 3950000}});
     m_hand.tap(QStringLiteral("lightButton"));
     m_hand.tap(QStringLiteral("wifiButton"));
+    picture(QStringLiteral("wifi-off"));
+    // What was said goes at a touch.
+    m_hand.touch(QStringLiteral("toast"));
     m_hand.key(Qt::Key_Escape);
     m_hand.waitForScreen(QStringLiteral("HomeScreen"));
 }
@@ -303,10 +313,62 @@ void Tour::describeUnit()
     picture(QStringLiteral("unit-described"));
 }
 
+void Tour::lookAround()
+{
+    m_hand.waitForScreen(QStringLiteral("HoldOffScreen"));
+    m_hand.waitForScreen(QStringLiteral("PinScreen"));
+    for (const Qt::Key key : {Qt::Key_1, Qt::Key_2, Qt::Key_3, Qt::Key_4, Qt::Key_5})
+        m_hand.key(key);
+    m_hand.waitForScreen(QStringLiteral("HomeScreen"));
+    picture(QStringLiteral("home"));
+    const QVector<QPair<QString, QString>> tiles{
+        {QStringLiteral("tile_direct"), QStringLiteral("DirectScreen")},
+        {QStringLiteral("tile_accuracy"), QStringLiteral("AccuracyScreen")},
+        {QStringLiteral("tile_calibration"), QStringLiteral("CalibrationScreen")},
+        {QStringLiteral("tile_shocks"), QStringLiteral("ShocksScreen")},
+        {QStringLiteral("tile_service"), QStringLiteral("ServiceScreen")}};
+    for (const auto &[tile, screen] : tiles) {
+        m_hand.tap(tile);
+        m_hand.waitForScreen(screen);
+        picture(tile.section(QLatin1Char('_'), 1));
+        back(QStringLiteral("HomeScreen"));
+    }
+    m_hand.tap(QStringLiteral("tile_diagnostics"));
+    m_hand.waitForScreen(QStringLiteral("DiagnosticsScreen"));
+    picture(QStringLiteral("diagnostics"));
+    m_hand.tap(QStringLiteral("Maison-rue-des-Lilas"));
+    m_hand.waitForScreen(QStringLiteral("DiagnosticScreen"));
+    picture(QStringLiteral("diagnostic"));
+    m_hand.tap(QStringLiteral("rooms"));
+    m_hand.waitForScreen(QStringLiteral("RoomsScreen"));
+    picture(QStringLiteral("rooms"));
+    m_hand.tap(QStringLiteral("Cuisine"));
+    m_hand.waitForScreen(QStringLiteral("UnitsScreen"));
+    picture(QStringLiteral("units"));
+    m_hand.tap(QStringLiteral("addUnit"));
+    m_hand.waitForScreen(QStringLiteral("UnitScreen"));
+    picture(QStringLiteral("unit"));
+    press();
+    hold(2);
+    picture(QStringLiteral("unit-measuring"));
+    instrument(QStringLiteral("release"));
+    m_hand.waitFor([this] { return isIdle(); }, QStringLiteral("the shot is to end"), 30000);
+    back(QStringLiteral("UnitsScreen"));
+}
+
 void Tour::measureUnit()
 {
-    place(2.6, QStringLiteral("plâtre"));
-    shoot(1000);
+    // A source as strong as a new one.
+    instrument(QStringLiteral("detector"), {{QStringLiteral("sigma"), 0.15}});
+    instrument(QStringLiteral("seed"), {{QStringLiteral("value"), 11}});
+    place(1.3, QStringLiteral("plâtre"));
+    instrument(QStringLiteral("speed"), {{QStringLiteral("value"), 1}});
+    press();
+    hold(2);
+    picture(QStringLiteral("unit-measuring"));
+    instrument(QStringLiteral("speed"), {{QStringLiteral("value"), 4}});
+    m_hand.waitFor([this] { return isIdle(); }, QStringLiteral("the shot is to end"), 30000);
+    instrument(QStringLiteral("release"));
     picture(QStringLiteral("unit-positive"));
     m_hand.tap(QStringLiteral("measure1"));
     m_hand.waitForScreen(QStringLiteral("MeasureScreen"));
@@ -321,13 +383,14 @@ void Tour::measureUnit()
     m_hand.waitForScreen(QStringLiteral("MeasureScreen"));
     picture(QStringLiteral("measure-noted"));
     back(QStringLiteral("UnitScreen"));
+    picture(QStringLiteral("unit-noted"));
 }
 
 void Tour::continueUnit()
 {
     m_hand.tap(QStringLiteral("nextZone"));
     m_hand.pause(400);
-    place(0.1, QStringLiteral("plâtre"));
+    place(0.3, QStringLiteral("plâtre"));
     shoot(1000);
     picture(QStringLiteral("unit-first-of-two"));
     shoot(1000);

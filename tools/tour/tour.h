@@ -25,6 +25,8 @@ public:
 
     /// Throws Failure.
     void run();
+    /// The main screens only, in whatever language they are. Throws Failure.
+    void lookAround();
 
 private:
     // What the operator does, in order.
