@@ -242,6 +242,7 @@ QByteArray Database::unitDocument() const
     writeItems(QStringLiteral("revetements"), m_RevetementItemsListModel);
     m_XmlStreamWriter.writeEndElement();
     m_XmlStreamWriter.setDevice(nullptr);
+    halvar::keepCarriageReturns(document);
     return document;
 }
 

@@ -114,6 +114,7 @@ QByteArray DiagnosticWriter::document()
     m_xml.writeEmptyElement(QStringLiteral("LocauxNonVisites"));
     m_xml.writeEndElement();
     m_xml.writeEndDocument();
+    halvar::keepCarriageReturns(m_document);
     return m_document;
 }
 

@@ -44,4 +44,9 @@ QString xmlText(const QString &text)
     return result;
 }
 
+void keepCarriageReturns(QByteArray &document)
+{
+    document.replace('\r', QByteArrayLiteral("&#13;"));
+}
+
 } // namespace halvar

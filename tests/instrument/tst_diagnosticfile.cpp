@@ -300,9 +300,9 @@ private slots:
     {
         const auto text = [] {
             QString result;
-            for (int code : *rc::gen::container<std::vector<int>>(
-                     rc::gen::oneOf(rc::gen::inRange(0x20, 0x7F), rc::gen::inRange(0xA0, 0xD800),
-                                    rc::gen::element(int('&'), int('<'), int('\n'), int('"')))))
+            for (int code : *rc::gen::container<std::vector<int>>(rc::gen::oneOf(
+                     rc::gen::inRange(0x20, 0x7F), rc::gen::inRange(0xA0, 0xD800),
+                     rc::gen::element(int('&'), int('<'), int('\n'), int('\r'), int('\t'), int('"')))))
                 result.append(QChar(code));
             return result;
         };

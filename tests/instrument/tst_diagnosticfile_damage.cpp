@@ -314,6 +314,55 @@ private slots:
         QCOMPARE((*m)->uds->size(), 1);
     }
 
+    void lineEndsAndTabs_areReadBack()
+    {
+        const QString text = QStringLiteral("\r a\r\nb\nc\rd\t\r\r ");
+        (*m)->setFileName(QStringLiteral("a"));
+        (*m)->setLocalization(text);
+        (*m)->uds->add(-1);
+        (*m)->uds->first()->setLocal(text);
+        (*m)->uds->first()->setZone('\r');
+        (*m)->uds->first()->setObservation(text);
+        (*m)->uds->first()->measures()->append(new Measure);
+        (*m)->uds->first()->measures()->first()->setConservationState(text);
+        (*m)->saveFile();
+        const QStringList before = m->state();
+        (*m)->initFile();
+        (*m)->loadFile(m->path(QStringLiteral("a")));
+        QCOMPARE(m->state(), before);
+    }
+
+    /// Whatever a keyboard, a clipboard or a stick brings: the other characters of the file come back.
+    void anyCharacter_leavesTheFileReadable()
+    {
+        constexpr int rows = 256;
+        QStringList expected;
+        for (int row = 0; row < rows; ++row) {
+            QString text;
+            QString kept;
+            for (int code = row * rows; code < (row + 1) * rows; ++code) {
+                const QChar character(code);
+                const bool isLost = (code < 0x20 && code != '\t' && code != '\n' && code != '\r')
+                    || character.isSurrogate() || code >= 0xFFFE;
+                text.append(character);
+                kept.append(isLost ? QChar(QChar::ReplacementCharacter) : character);
+            }
+            (*m)->uds->add(-1);
+            (*m)->uds->last()->setObservation(text);
+            expected.append(kept);
+        }
+        (*m)->setFileName(QStringLiteral("a"));
+        (*m)->saveFile();
+        (*m)->initFile();
+        LogRecorder log(QsLogging::ErrorLevel);
+        (*m)->loadFile(m->path(QStringLiteral("a")));
+        QCOMPARE(errors(log), QStringList());
+        QStringList found;
+        for (const UD *unit : *(*m)->uds)
+            found.append(unit->observation());
+        QCOMPARE(found, expected);
+    }
+
     // --- places that take no file
 
     void nameThatLeavesTheDirectory_isRefused_data()

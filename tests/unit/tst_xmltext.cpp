@@ -40,6 +40,16 @@ private slots:
         QFETCH(QString, text);
         QTEST(halvar::xmlText(text), "expected");
     }
+
+    void carriageReturns_becomeReferences()
+    {
+        QByteArray document("\r<a>\r\nb\r\r</a>\n\r");
+        halvar::keepCarriageReturns(document);
+        QCOMPARE(document, QByteArray("&#13;<a>&#13;\nb&#13;&#13;</a>\n&#13;"));
+        document = "<a>\nb</a>";
+        halvar::keepCarriageReturns(document);
+        QCOMPARE(document, QByteArray("<a>\nb</a>"));
+    }
 };
 
 QTEST_APPLESS_MAIN(TstXmlText)
