@@ -16,7 +16,8 @@ check_pie_supported(LANGUAGES CXX)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 add_link_options(-Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack)
 
-# Not every processor has each of them.
+# Not every processor has each of them; clang takes one that it has not, and warns in every file.
+set(CMAKE_REQUIRED_FLAGS -Werror)
 foreach(flag IN ITEMS -fstack-protector-strong -fstack-clash-protection -fcf-protection -mbranch-protection=standard)
   string(MAKE_C_IDENTIFIER "HALVAR_HAS${flag}" has)
   check_cxx_compiler_flag(${flag} ${has})
@@ -24,6 +25,7 @@ foreach(flag IN ITEMS -fstack-protector-strong -fstack-clash-protection -fcf-pro
     add_compile_options(${flag})
   endif()
 endforeach()
+unset(CMAKE_REQUIRED_FLAGS)
 
 # Buffers are checked in optimised code only, and by the address sanitizer better.
 set(HALVAR_FORTIFY OFF)
