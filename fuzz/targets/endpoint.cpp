@@ -8,6 +8,7 @@
 #include <tessel/tessel.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
 
 #include <arpa/inet.h>
@@ -69,11 +70,11 @@ public:
         int sent = 0;
         while (sent < bytes.size()) {
             // What comes back is taken at once: an end whose answers nobody takes stops reading, too.
-            pollfd poller{m_socket, POLLIN | POLLOUT, 0};
-            FUZZ_VERIFY2(poll(&poller, 1, Patience) == 1, QStringLiteral("neither reads nor answers"));
-            if ((poller.revents & POLLIN) && !take())
+            const short ready = wait(POLLIN | POLLOUT);
+            FUZZ_VERIFY2(ready != 0, QStringLiteral("neither reads nor answers"));
+            if ((ready & POLLIN) && !take())
                 return false;
-            if (!(poller.revents & POLLOUT))
+            if (!(ready & POLLOUT))
                 continue;
             const auto size = ::send(m_socket, bytes.constData() + sent, size_t(bytes.size() - sent),
                                      MSG_NOSIGNAL | MSG_DONTWAIT);
@@ -88,8 +89,7 @@ public:
     void receive(bool frameOnly)
     {
         while (!(frameOnly && hasFrame())) {
-            pollfd poller{m_socket, POLLIN, 0};
-            FUZZ_VERIFY2(poll(&poller, 1, Patience) == 1, QStringLiteral("no answer and no end"));
+            FUZZ_VERIFY2(wait(POLLIN) != 0, QStringLiteral("no answer and no end"));
             if (!take())
                 return;
         }
@@ -109,6 +109,16 @@ private:
     {
         return received.size() >= protocol::HeaderSize
             && received.size() >= protocol::HeaderSize + int(protocol::payloadSize(received));
+    }
+    /// What has come of \p events; 0 when nothing has. The fuzzer's own clock interrupts any waiting.
+    short wait(short events) const
+    {
+        pollfd poller{m_socket, events, 0};
+        int ready = 0;
+        do {
+            ready = poll(&poller, 1, Patience);
+        } while (ready < 0 && errno == EINTR);
+        return ready == 1 ? poller.revents : short(0);
     }
     bool take()
     {
