@@ -3,13 +3,40 @@
 #include "databaseitem.h"
 
 #include <QFileInfo>
+#include <QMetaMethod>
+
+#include <atomic>
 
 #include <QsLog.h>
+
+namespace {
+
+std::atomic<quint64> currentTitlesVersion{0};
+
+} // namespace
 
 DatabaseItem::DatabaseItem(const QString &home, QObject *parent)
     : QObject(parent)
     , m_home(home)
 { }
+
+DatabaseItem::~DatabaseItem()
+{
+    noteTitleChange();
+}
+
+quint64 DatabaseItem::titlesVersion()
+{
+    return currentTitlesVersion;
+}
+
+void DatabaseItem::noteTitleChange() const
+{
+    static const QMetaMethod signal = QMetaMethod::fromSignal(&DatabaseItem::titleChanged);
+    // A new item, whose first title this is, is in no list yet: a list listens to what it holds.
+    if (!m_title.isNull() || isSignalConnected(signal))
+        ++currentTitlesVersion;
+}
 
 void DatabaseItem::setActivated(bool activated)
 {
@@ -44,6 +71,7 @@ void DatabaseItem::setTitle(const QString &title)
 {
     if (m_title == title)
         return;
+    noteTitleChange();
     m_title = title;
     emit titleChanged();
 }

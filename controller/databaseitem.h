@@ -26,6 +26,7 @@ public:
     /// Activated, original and otherwise empty.
     /// \param home directory of the instrument's files, ending in a separator.
     explicit DatabaseItem(const QString &home, QObject *parent = nullptr);
+    ~DatabaseItem() override;
 
     bool activated() const { return m_activated; }
     QString image() const { return m_image; }
@@ -41,6 +42,10 @@ public:
     void setType(const QString &type);
     void setOriginal(bool original);
 
+    /// Another number whenever an item that may be in a list got another title or ended. It changes before
+    /// any signal tells so: whoever keeps titles and items together knows then that they are out of date.
+    static quint64 titlesVersion();
+
 signals:
     void activatedChanged();
     void imageChanged();
@@ -49,6 +54,8 @@ signals:
     void originalChanged();
 
 private:
+    void noteTitleChange() const;
+
     QString m_home;
     bool m_activated = true;
     QString m_image;

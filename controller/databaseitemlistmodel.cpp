@@ -9,17 +9,11 @@ DatabaseItemListModel::DatabaseItemListModel(QObject *parent)
     connect(this, &QAbstractItemModel::rowsMoved, this, &DatabaseItemListModel::forgetTitles);
     connect(this, &QAbstractItemModel::rowsInserted, this, [this](const QModelIndex &, int first, int last) {
         // At the end, where it mostly happens, nothing that is known changes.
-        if (m_titlesKnown && last + 1 == count())
+        if (areTitlesKnown() && last + 1 == count())
             noteTitles(first, last);
         else
             forgetTitles();
     });
-    const int titleRole = roleForName(QByteArrayLiteral("title"));
-    connect(this, &QAbstractItemModel::dataChanged, this,
-            [this, titleRole](const QModelIndex &, const QModelIndex &, const QVector<int> &roles) {
-                if (roles.isEmpty() || roles.contains(titleRole))
-                    forgetTitles();
-            });
 }
 
 QString DatabaseItemListModel::findImageFromTitle(const QString &title) const
@@ -53,12 +47,11 @@ void DatabaseItemListModel::add(const QString &title, const QString &image, cons
 
 DatabaseItem *DatabaseItemListModel::findTitle(const QString &title) const
 {
-    // What is found is proved: an item that somebody else deleted leaves no signal behind.
-    DatabaseItem *found = m_titlesKnown ? m_byTitle.value(title) : nullptr;
-    if (m_titlesKnown && (!found || (contains(found) && found->title() == title)))
-        return found;
+    if (areTitlesKnown())
+        return m_byTitle.value(title);
     m_byTitle.clear();
     m_titlesKnown = true;
+    m_titlesVersion = DatabaseItem::titlesVersion();
     noteTitles(0, count() - 1);
     return m_byTitle.value(title);
 }

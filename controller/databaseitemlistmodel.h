@@ -36,12 +36,16 @@ public slots:
 private:
     DatabaseItem *findTitle(const QString &title) const;
     void forgetTitles() { m_titlesKnown = false; }
+    bool areTitlesKnown() const { return m_titlesKnown && m_titlesVersion == DatabaseItem::titlesVersion(); }
     void noteTitles(int first, int last) const;
 
     QString m_home;
-    // The first item of each title. The pointers may dangle: an item counts only while the list holds it.
+    // The first item of each title, while the rows are as they were and titlesVersion() is this one. Asking
+    // the version and not dataChanged: bindings to an item's title look titles up before the list hears of
+    // the change.
     mutable QHash<QString, DatabaseItem *> m_byTitle;
     mutable bool m_titlesKnown = false;
+    mutable quint64 m_titlesVersion = 0;
 };
 
 #endif // HALVAR_DATABASEITEMLISTMODEL_H

@@ -191,6 +191,61 @@ private slots:
         QVERIFY(!m_list->activateIfTitleExist(QStringLiteral("Porte")));
     }
 
+    void itemDeletedAfterALookup_isPassedOver()
+    {
+        m_tester.reset();
+        m_list->add(QStringLiteral("Mur"), QStringLiteral("qrc:/1.png"));
+        m_list->add(QStringLiteral("Mur"), QStringLiteral("qrc:/2.png"));
+        QCOMPARE(m_list->findImageFromTitle(QStringLiteral("Mur")), QStringLiteral("qrc:/1.png"));
+        delete m_list->first();
+        QCOMPARE(m_list->findImageFromTitle(QStringLiteral("Mur")), QStringLiteral("qrc:/2.png"));
+        delete m_list->at(1);
+        QCOMPARE(m_list->findImageFromTitle(QStringLiteral("Mur")), QString());
+    }
+
+    void rowsChangedAfterALookup_areSeenByTheNext()
+    {
+        const QString wall = QStringLiteral("Mur");
+        const QString door = QStringLiteral("Porte");
+        const auto images = [&] {
+            return QStringList{m_list->findImageFromTitle(wall), m_list->findImageFromTitle(door)}.join(
+                QLatin1Char(' '));
+        };
+        m_list->add(wall, QStringLiteral("qrc:/1"));
+        QCOMPARE(images(), QStringLiteral("qrc:/1 "));
+        m_list->add(door, QStringLiteral("qrc:/2"));
+        m_list->add(wall, QStringLiteral("qrc:/3"));
+        QCOMPARE(images(), QStringLiteral("qrc:/1 qrc:/2"));
+        m_list->move(2, 0);
+        QCOMPARE(images(), QStringLiteral("qrc:/3 qrc:/2"));
+        m_list->add(door, QStringLiteral("qrc:/4"), QString(), 0);
+        QCOMPARE(images(), QStringLiteral("qrc:/3 qrc:/4"));
+        m_list->remove(0);
+        QCOMPARE(images(), QStringLiteral("qrc:/3 qrc:/2"));
+        m_list->at(2)->setTitle(wall);
+        m_list->at(0)->setTitle(door);
+        QCOMPARE(images(), QStringLiteral("qrc:/1 qrc:/3"));
+        m_list->clear();
+        QCOMPARE(images(), QStringLiteral(" "));
+    }
+
+    void renaming_isSeenByWhoIsToldOfIt()
+    {
+        QQmlEngine engine;
+        engine.rootContext()->setContextProperty(QStringLiteral("list"), m_list.get());
+        m_list->add(QStringLiteral("Mur"), QStringLiteral("qrc:/m.png"));
+        engine.rootContext()->setContextProperty(QStringLiteral("item"), m_list->first());
+        QQmlComponent component(&engine);
+        component.setData("import QtQml 2.15\n"
+                          "QtObject { property string image: list.findImageFromTitle(item.title) }",
+                          QUrl());
+        const std::unique_ptr<QObject> object(component.create());
+        QVERIFY2(object, qPrintable(component.errorString()));
+        QCOMPARE(object->property("image").toString(), QStringLiteral("qrc:/m.png"));
+        m_list->first()->setTitle(QStringLiteral("Porte"));
+        QCOMPARE(object->property("image").toString(), QStringLiteral("qrc:/m.png"));
+    }
+
     void qml_addsAndFinds()
     {
         QQmlEngine engine;
