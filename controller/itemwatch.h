@@ -19,7 +19,9 @@ class ItemRelay;
 /// which each is connected by one connection for all of its signals; the method number that the connection
 /// calls tells the item, and the receiver's short list of connections tells the signal.
 ///
-/// Emissions are direct calls: list and items live on one thread.
+/// Emissions are direct calls: list and items live on one thread. Qt serves connections to all signals last,
+/// so a slot connected to that very signal runs before the report, whether it was connected before or after
+/// the item came in; handlers and bindings of QML run before either.
 class HALVAR_EXPORT ItemWatch
 {
 public:

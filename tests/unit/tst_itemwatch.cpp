@@ -48,6 +48,7 @@ class TstItemWatch : public QObject
 private slots:
     void eachSignal_isReportedWithItsItem();
     void inheritedAndPrivateSignals_areReported();
+    void report_comesAfterTheSlotsOfThatSignal();
     void itemReferencedTwice_isReportedOnce();
     void dereferencedItem_isSilent_evenIfAnotherRowHoldsIt();
     void referencingAgain_listensAgain();
@@ -95,6 +96,20 @@ void TstItemWatch::inheritedAndPrivateSignals_areReported()
     watch.reference(item.get(), 0);
     item->setObjectName(QStringLiteral("b"));
     QCOMPARE(recorder.lines, QStringList(QStringLiteral("b objectNameChanged")));
+}
+
+void TstItemWatch::report_comesAfterTheSlotsOfThatSignal()
+{
+    const std::unique_ptr<ListItem> item = named("a");
+    Recorder recorder;
+    ItemWatch watch(recorder);
+    connect(item.get(), &ListItem::titleChanged, this,
+            [&] { recorder.lines.append(QStringLiteral("early")); });
+    watch.reference(item.get(), 0);
+    connect(item.get(), &ListItem::titleChanged, this,
+            [&] { recorder.lines.append(QStringLiteral("late")); });
+    item->setTitle(QStringLiteral("t"));
+    QCOMPARE(recorder.lines.join(QLatin1Char(' ')), QStringLiteral("early late a titleChanged"));
 }
 
 void TstItemWatch::itemReferencedTwice_isReportedOnce()
