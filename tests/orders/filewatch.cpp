@@ -5,23 +5,42 @@
 #include <QFile>
 #include <QtGlobal>
 
+#include <fcntl.h>
 #include <sys/inotify.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace orders {
 
 namespace {
 const QByteArray BeeperLine = QByteArrayLiteral("/sys/class/gpio/gpio79/value");
+
+int beeperPipe = -1;
 } // namespace
+
+void makeBeeperPipe()
+{
+    if (beeperPipe >= 0)
+        return;
+    ::unlink(BeeperLine.constData());
+    if (::mkfifo(BeeperLine.constData(), 0644) != 0)
+        qFatal("Cannot make a pipe of the beeper's line");
+    beeperPipe = ::open(BeeperLine.constData(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
+    if (beeperPipe < 0)
+        qFatal("Cannot open the beeper's line");
+}
 
 FileWatch::FileWatch(const QByteArray &home, std::function<void(const std::string &)> tell)
     : m_tell(std::move(tell))
     , m_commandsFile(qgetenv("HALVAR_INSTRUMENT_COMMANDS"))
     , m_commandsRead(QFile(QString::fromLocal8Bit(m_commandsFile)).size())
     , m_descriptor(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC))
-    , m_beeper(watch(BeeperLine, IN_CLOSE_WRITE))
+    // With the opening between them, the kernel does not make one of two equal events in a row.
+    , m_beeper(watch(BeeperLine, IN_OPEN | IN_CLOSE_WRITE))
     , m_commands(watch(m_commandsFile, IN_CLOSE_WRITE))
 {
+    char before[64];
+    while (::read(beeperPipe, before, sizeof before) > 0) { }
     m_directories.insert(watch(home + "files", IN_MOVED_TO), "files/");
     m_directories.insert(watch(home + "other/files", IN_MOVED_TO), "other/files/");
     m_directories.insert(watch(home + "shock", IN_MOVED_TO), "shock/");
@@ -50,7 +69,8 @@ void FileWatch::drain()
             return;
         for (ssize_t offset = 0; offset < size;) {
             const auto *event = reinterpret_cast<const inotify_event *>(buffer + offset);
-            happened(event->wd, event->len ? QByteArray(event->name) : QByteArray());
+            if (!(event->mask & IN_OPEN))
+                happened(event->wd, event->len ? QByteArray(event->name) : QByteArray());
             offset += ssize_t(sizeof(inotify_event) + event->len);
         }
     }
@@ -59,10 +79,10 @@ void FileWatch::drain()
 void FileWatch::happened(int watch, const QByteArray &name)
 {
     if (watch == m_beeper) {
-        QFile line(QString::fromLatin1(BeeperLine));
-        if (!line.open(QIODevice::ReadOnly))
-            qFatal("Cannot read the beeper's line");
-        m_tell(line.read(1) == "0" ? "beeper off" : "beeper on");
+        char value[2] = {'?', '?'}; // with the zero byte behind it
+        if (::read(beeperPipe, value, sizeof value) != sizeof value)
+            qFatal("The beeper's line was closed without a value");
+        m_tell(value[0] == '0' ? "beeper off" : "beeper on");
     } else if (watch == m_commands) {
         tellNewCommands();
     } else {

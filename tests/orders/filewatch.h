@@ -11,6 +11,10 @@
 
 namespace orders {
 
+/// Puts a pipe, open as long as the program runs, in place of the beeper's line: a file would tell its last
+/// value only, the pipe tells each. Comes before the first controller; further calls do nothing.
+void makeBeeperPipe();
+
 /// Tells what the controller did to the instrument's files, in the order in which it did it: the beeper's
 /// line, files replaced, shell commands run. Asked between two other effects, it tells what came before the
 /// second one.

@@ -9,6 +9,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "filewatch.h"
 #include "model.h"
 #include "rig.h"
 
@@ -119,6 +120,7 @@ Outcome run(const Sequence &sequence)
     int ends[2];
     if (::pipe(ends) != 0)
         throw std::runtime_error("no pipe");
+    makeBeeperPipe();
     std::fflush(nullptr);
     const pid_t pid = ::fork();
     if (pid < 0)
