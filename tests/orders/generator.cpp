@@ -70,7 +70,9 @@ Event Generator::likely()
         return pin();
     if (chance(10))
         return make(oneOf({Kind::SetUdIndexEdition, Kind::AddUnit, Kind::SetBranchMode, Kind::AnswerMeasureId,
-                           Kind::SetFileName}));
+                           Kind::SetFileName, Kind::SetStatut, Kind::RemoveUnitMeasure}));
+    if (!isUnitInEdition() && chance(30))
+        return make(m_model->unitCount() == 0 ? Kind::AddUnit : Kind::SetUdIndexEdition);
     const int dice = below(100);
     switch (m_model->acquisitionMode()) {
     case None:
@@ -139,9 +141,21 @@ Event Generator::pin()
     return ret;
 }
 
-int Generator::unitRow()
+int Generator::anyRow()
 {
     return below(int(m_model->unitCount()) + 1) - (chance(5) ? 1 : 0);
+}
+
+int Generator::unitRow()
+{
+    // What happens to a unit matters most where the shots go.
+    return isUnitInEdition() && chance(50) ? m_model->rowInEdition() : anyRow();
+}
+
+bool Generator::isUnitInEdition() const
+{
+    const int row = m_model->rowInEdition();
+    return row >= 0 && row < int(m_model->unitCount());
 }
 
 Event Generator::make(Kind kind)
@@ -243,7 +257,7 @@ void Generator::makeSetting(Event &e)
         break;
     case Kind::SetUdIndex:
     case Kind::SetUdIndexEdition:
-        e.number = unitRow();
+        e.number = anyRow();
         break;
     case Kind::SetUdLocal:
     case Kind::SetLocalization:

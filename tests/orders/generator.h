@@ -37,7 +37,9 @@ private:
     Event status(int number);
     Event result(bool decided);
     Event pin();
+    int anyRow();
     int unitRow();
+    bool isUnitInEdition() const;
 
     int below(int limit);
     bool chance(int percent) { return below(100) < percent; }

@@ -27,6 +27,7 @@ public:
 
     // For whoever makes up events.
     int acquisitionMode() const { return m_state.acquisitionMode; }
+    int rowInEdition() const { return m_state.udIndexEdition; }
     std::size_t unitCount() const { return m_units.size(); }
     std::size_t directCount() const { return m_direct.rows.size(); }
     int digitsEntered() const { return int(m_pin.entered.size()); }
