@@ -7,6 +7,8 @@
 
 #include <QsLog.h>
 
+#include <utility>
+
 namespace {
 
 /// The date type would also read a year of three digits and a sign.
@@ -26,7 +28,7 @@ Config::Config(QObject *parent)
 
 bool Config::read(QString home)
 {
-    m_home = home;
+    m_home = std::move(home);
     QFile file(m_home + QLatin1String("config/config_unit"));
     // Not as text: that takes out bytes which in UTF-16 are no line ends. The XML reader knows line ends
     // itself.

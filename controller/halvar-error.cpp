@@ -6,6 +6,8 @@
 
 #include <QsLog.h>
 
+#include <utility>
+
 #include "shocklistmodel.h"
 
 namespace {
@@ -61,6 +63,6 @@ void Error::setErrorMessage(QString errorMessage)
 {
     if (m_errorMessage == errorMessage)
         return;
-    m_errorMessage = errorMessage;
+    m_errorMessage = std::move(errorMessage);
     emit errorMessageSignal(m_errorMessage);
 }

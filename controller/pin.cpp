@@ -78,6 +78,7 @@ void PIN::enable()
     setDisabled(false);
 }
 
+// cppcheck-suppress passedByValue ; as the keypad's pages have called it from the beginning
 void PIN::enterDigit(QString digit)
 {
     if (m_disabled || m_entered.size() >= CodeLength)

@@ -32,6 +32,7 @@ int callEither(tessel::Service *service, Direct direct, Remote remote)
 int callPlain(tessel::Service *service, const char *operation, int (NAPServer::*direct)())
 {
     return callEither(
+        // cppcheck-suppress constParameter ; the operation is no const one
         service, [direct](NAPServer &server) { return (server.*direct)(); },
         [operation](tessel::Service &remote) {
             tessel::Tuple reply;
@@ -44,6 +45,7 @@ int callTuple(tessel::Service *service, const char *operation, const tessel::Tup
               tessel::Tuple &reply, int (NAPServer::*direct)(const tessel::Tuple &, tessel::Tuple &))
 {
     return callEither(
+        // cppcheck-suppress constParameter ; the operation is no const one
         service, [&](NAPServer &server) { return (server.*direct)(request, reply); },
         [&](tessel::Service &remote) {
             tessel::Tuple named = requestOf(operation);
@@ -57,6 +59,7 @@ int callObserver(tessel::Service *service, const char *operation, const tessel::
                  int (NAPServer::*direct)(const tessel::AString &))
 {
     return callEither(
+        // cppcheck-suppress constParameter ; the operation is no const one
         service, [&](NAPServer &server) { return (server.*direct)(description); },
         [&](tessel::Service &remote) {
             tessel::Tuple request = requestOf(operation);

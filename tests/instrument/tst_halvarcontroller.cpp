@@ -90,6 +90,7 @@ private slots:
     {
         TestHome home;
         LogRecorder log(QsLogging::InfoLevel);
+        // cppcheck-suppress unreadVariable ; what its construction does is what is tested
         ControllerFixture controller(home);
         const QStringList lines = log.lines();
         const QStringList expected{
@@ -119,6 +120,7 @@ private slots:
         home.setConfig(QStringLiteral("Wifi_Password"), QStringLiteral("$(halt)"));
         const int before = systemCommands().size();
         LogRecorder log;
+        // cppcheck-suppress unreadVariable ; what its construction does is what is tested
         ControllerFixture controller(home);
         QCOMPARE(systemCommands().mid(before), QStringList{QStringLiteral("napssid 'HV 1; halt' '$(halt)'")});
         QVERIFY(log.contains(

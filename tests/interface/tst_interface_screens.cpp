@@ -25,7 +25,7 @@ Q_DECLARE_METATYPE(Strictness)
 namespace {
 
 /// A room, a unit of it and a measure of that, named as given.
-UD *addUnit(Showcase &showcase, const QString &room, const QString &text)
+UD *addUnit(const Showcase &showcase, const QString &room, const QString &text)
 {
     auto *unit = new UD;
     unit->setLocal(room);

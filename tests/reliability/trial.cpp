@@ -218,7 +218,7 @@ QString Trial::judge(const std::vector<faultshim::Event> &events, const QStringL
     return QString();
 }
 
-QString Trial::survivesFault(faultshim::Plan plan) const
+QString Trial::survivesFault(const faultshim::Plan &plan) const
 {
     ++s_runs;
     const QString complaint = inChild([&] { return run(plan, [] {}); });

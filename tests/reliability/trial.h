@@ -50,7 +50,7 @@ public:
     /// \p plan comes true while the operation runs: afterwards the file is the old or the new one; the log
     /// has the Error lines that it should; the next run in the same process loses nothing and leaves nothing
     /// behind.
-    QString survivesFault(faultshim::Plan plan) const;
+    QString survivesFault(const faultshim::Plan &plan) const;
     /// Likewise when \a cause comes before the operation's first call, and \a repair after its last.
     QString survivesCause(const std::function<void()> &cause, const std::function<void()> &repair) const;
     /// Likewise when the file's directory is away from \p call on, until the run is over.

@@ -288,14 +288,14 @@ void Middleman::follow(const Plan &plan)
 int Middleman::spoiled() const
 {
     int count = 0;
-    run([&count](Worker &worker) { count = worker.spoiled; });
+    run([&count](const Worker &worker) { count = worker.spoiled; });
     return count;
 }
 
 int Middleman::connections() const
 {
     int count = 0;
-    run([&count](Worker &worker) { count = worker.connections(); });
+    run([&count](const Worker &worker) { count = worker.connections(); });
     return count;
 }
 

@@ -55,6 +55,8 @@ public:
     /// \p near is listened on, \p far is where the serving end really is.
     Middleman(const Place &near, const Place &far);
     ~Middleman();
+    Middleman(const Middleman &) = delete;
+    Middleman &operator=(const Middleman &) = delete;
 
     /// False when the place is taken.
     bool start();

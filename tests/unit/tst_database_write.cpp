@@ -4,6 +4,7 @@
 // The reference database: its unit file as it is written, and when.
 #include <QtTest>
 
+#include <array>
 #include <csignal>
 
 #include <sys/resource.h>
@@ -118,7 +119,7 @@ private slots:
             write("database_unit.xml", "<database_unit/>");
             write("database_diagnostic.xml", diagnosticWithoutItems);
             RC_ASSERT(database.read(home()));
-            DatabaseItemListModel *const lists[] = {
+            const std::array<DatabaseItemListModel *, 4> lists = {
                 database.m_LocalItemsListModel, database.m_ElementItemsListModel,
                 database.m_SubstratItemsListModel, database.m_RevetementItemsListModel};
             for (DatabaseItemListModel *list : lists) {

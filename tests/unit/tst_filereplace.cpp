@@ -63,8 +63,8 @@ extern "C" int rename(const char *from, const char *to) noexcept
 
 extern "C" ssize_t write(int descriptor, const void *bytes, size_t count)
 {
-    static bool interrupt = false;
     if (calls.interruptWrites) {
+        static bool interrupt = false;
         interrupt = !interrupt;
         if (interrupt)
             return failWith(EINTR);

@@ -68,6 +68,7 @@ int callOnce(const PService &peer)
 int serve(QCoreApplication &app, const char *port)
 {
     PService service = publishService("peer", &serveCall);
+    // cppcheck-suppress danglingLifetime ; used by what the loop below calls only
     published = &service;
     ServiceManager &manager = ServiceManager::auto_create();
     if (!manager.listen(AString(QByteArray("TCPIP:localhost:") + port)))
