@@ -70,7 +70,8 @@ Event Generator::likely()
         return pin();
     if (chance(10))
         return make(oneOf({Kind::SetUdIndexEdition, Kind::AddUnit, Kind::SetBranchMode, Kind::AnswerMeasureId,
-                           Kind::SetFileName, Kind::SetStatut, Kind::RemoveUnitMeasure}));
+                           Kind::SetFileName, Kind::SetStatut, Kind::RemoveUnitMeasure, Kind::AnswerStatus,
+                           Kind::RequestUpdate}));
     if (!isUnitInEdition() && chance(30))
         return make(m_model->unitCount() == 0 ? Kind::AddUnit : Kind::SetUdIndexEdition);
     const int dice = below(100);
@@ -218,7 +219,7 @@ void Generator::makeLink(Event &e)
     case Kind::AnswerStatus:
         e.text = oneOf({"getLastMeasure", "getLastCalibrationDate", "startMeasure", "requestStopMeasure",
                         "abort", "startAccuracyCheck", "startCalibration", "sendLastStatus"});
-        e.number = oneOf({0, 0, 1, -1, -1000014});
+        e.number = oneOf({0, 1, -1, -1000014});
         break;
     case Kind::BatteryVoltage:
         e.number = oneOf({-2, -1, 3300000, 3300001, 3500000, 3500001, 3700000, 3700001, 3900000, 3900001});
