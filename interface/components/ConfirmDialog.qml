@@ -20,7 +20,10 @@ Dialog {
     x: Math.round((parent.width - width) / 2)
     y: Math.round((parent.height - height) / 2)
     width: Math.min(parent.width - 2 * Theme.margin, 440)
+    // A tap beside it answers nothing.
+    closePolicy: Popup.CloseOnEscape
     onOpened: noButton.forceActiveFocus()
+    onClosed: Nav.settle()
 
     contentItem: Column {
         spacing: Theme.margin

@@ -24,8 +24,8 @@ Item {
     readonly property int calibrationAttemptsLeft: Math.max(0, config.Nbr_Energy_Adj_Test() - calibrationAttempts)
 
     readonly property bool busy: mode !== AcquisitionModeEnumClass.NONE
-    readonly property bool shooting: mode === AcquisitionModeEnumClass.START_MEASURE
-                                     || mode === AcquisitionModeEnumClass.MEASURE
+    readonly property bool shooting: !stray && (mode === AcquisitionModeEnumClass.START_MEASURE
+                                                || mode === AcquisitionModeEnumClass.MEASURE)
 
     // Whether the trigger opens the shutter now.
     property bool armed: false
@@ -37,12 +37,18 @@ Item {
     // Results in a row with the same decision.
     property int sameDecision: 0
     property bool finished: false
+    // A measure runs, and for a while the service has told nothing of it.
+    property bool silent: false
+    // The shot that runs is none: the shutter opened while nothing was to be measured.
+    property bool stray: false
 
     // Phases of a shot.
     readonly property string phase: {
-        if (mode === AcquisitionModeEnumClass.START_MEASURE)
+        if (shooting && mode === AcquisitionModeEnumClass.START_MEASURE)
             return "open";
-        if (mode === AcquisitionModeEnumClass.MEASURE)
+        if (silent)
+            return "silent";
+        if (shooting)
             return results < 1 ? "settling" : "measuring";
         if (!armed && !finished)
             return "standby";
@@ -102,6 +108,20 @@ Item {
     function interrupt() {
         controller.stopMeasure();
     }
+    // Ends a shot of which the service does not tell the end. What it has told stays.
+    function abandon() {
+        controller.acquisitionMode = AcquisitionModeEnumClass.NONE;
+        refresh();
+    }
+    function refuse() {
+        stray = true;
+        // What the service tells before it stops belongs nowhere.
+        controller.branchMode = BranchModeEnumClass.NONE;
+        Nav.say(qsTr("La détente a ouvert l'obturateur hors d'une mesure : il est refermé, rien n'est enregistré."));
+        // Only a change is passed on to the MSP.
+        controller.setEnableMeasure(true);
+        controller.setEnableMeasure(false);
+    }
     function acknowledge() {
         controller.ackError();
         error.resetErrorMessage();
@@ -147,10 +167,24 @@ Item {
             // For the date of the new calibration.
             controller.requestUpdate();
         }
+        silent = false;
+        watchdog.stop();
+        if (mode === AcquisitionModeEnumClass.MEASURE) {
+            watchdog.restart();
+            if (stray)
+                controller.stopMeasure();
+        }
         if (mode === AcquisitionModeEnumClass.START_MEASURE) {
+            stray = false;
+            if (!armed)
+                refuse();
             finished = false;
             measure = null;
             results = 0;
+        } else if (stray && mode === AcquisitionModeEnumClass.NONE) {
+            stray = false;
+            controller.branchMode = list === null ? BranchModeEnumClass.NONE
+                : unit ? BranchModeEnumClass.BRANCH_INDEXED : BranchModeEnumClass.BRANCH_DIRECT;
         } else if (before === AcquisitionModeEnumClass.MEASURE) {
             finished = true;
             // As the library decided when the shot ended.
@@ -184,10 +218,23 @@ Item {
     Connections {
         target: instrument.measure
         function onConcentrationChanged() {
+            instrument.silent = false;
+            watchdog.restart();
             ++instrument.results;
             ++instrument.sameDecision;
         }
         function onDetectionDecisionChanged() { instrument.sameDecision = 1; }
+    }
+    // Results come every second.
+    Timer {
+        id: watchdog
+        interval: 4000
+        onTriggered: {
+            if (instrument.stray)
+                instrument.abandon();
+            else
+                instrument.silent = instrument.mode === AcquisitionModeEnumClass.MEASURE;
+        }
     }
     // The library asks nobody by itself: what the service knows comes when it is asked for. Not while something runs,
     // whose end an answer could be taken for.

@@ -9,8 +9,9 @@ Item {
     id: nav
 
     property StackView stack
-    // True for a moment after a change of screen: the second tap of a double tap must not land on the new one.
-    readonly property bool settling: pause.running
+    // True for a moment after something else has come under the finger: the second tap of a double tap must not land
+    // on it.
+    readonly property bool settling: pause.running || shield.running
     property int settlingTime: 250
 
     signal said(string text)
@@ -21,10 +22,17 @@ Item {
     function urlOf(name) { return Qt.resolvedUrl("../HalvarScreens/" + name + ".qml"); }
 
     function open(name, properties) {
-        if (settling)
+        if (pause.running)
             return null;
         pause.restart();
         return stack.push(urlOf(name), properties || {}, StackView.Immediate);
+    }
+    // In place of the screen that is shown.
+    function replace(name, properties) {
+        if (pause.running)
+            return null;
+        pause.restart();
+        return stack.replace(stack.currentItem, urlOf(name), properties || {}, StackView.Immediate);
     }
     function replaceAll(name) {
         pause.restart();
@@ -32,7 +40,7 @@ Item {
     }
     // One screen back, unless the one that is shown has a reason to stay.
     function back() {
-        if (settling || !stack || stack.depth < 2 || !stack.currentItem.mayLeave())
+        if (pause.running || !stack || stack.depth < 2 || !stack.currentItem.mayLeave())
             return;
         pause.restart();
         stack.pop(StackView.Immediate);
@@ -42,5 +50,9 @@ Item {
         stack.pop(StackView.Immediate);
     }
 
+    // For what changes on a screen, as the button that takes the place of another.
+    function settle() { shield.restart(); }
+
     Timer { id: pause; interval: nav.settlingTime }
+    Timer { id: shield; interval: nav.settlingTime }
 }

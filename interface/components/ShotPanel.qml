@@ -18,6 +18,7 @@ Rectangle {
         switch (phase) {
         case "open": return qsTr("Obturateur ouvert");
         case "settling": return qsTr("La mesure s'établit");
+        case "silent": return qsTr("L'instrument ne répond plus");
         case "measuring": return qsTr("Mesure en cours");
         case "done": return qsTr("Mesure terminée");
         case "ready": return qsTr("Prêt à mesurer");
@@ -36,6 +37,8 @@ Rectangle {
             if (Instrument.measureMode === MeasureModeEnumClass.DEFINED)
                 return qsTr("Maintenez : la mesure dure %1 s.").arg(controller.measureTime);
             return qsTr("Maintenez : la mesure s'arrête d'elle-même.");
+        case "silent":
+            return qsTr("Relâchez la détente et quittez cet écran. Les résultats affichés sont gardés.");
         case "done":
             return Instrument.armed ? qsTr("Relâchez la détente. Pressez-la pour une nouvelle mesure.")
                                     : qsTr("Relâchez la détente. L'unité a son résultat.");
@@ -51,6 +54,7 @@ Rectangle {
         switch (phase) {
         case "open": return "open";
         case "settling": return "hand";
+        case "silent": return "warning";
         case "measuring": return Instrument.decided ? "check" : "hand";
         case "done": return "check";
         case "ready": return error.readyForAcquisition ? "target" : "warning";

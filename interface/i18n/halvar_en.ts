@@ -409,6 +409,13 @@
     </message>
 </context>
 <context>
+    <name>Instrument</name>
+    <message>
+        <source>La détente a ouvert l&apos;obturateur hors d&apos;une mesure&#xa0;: il est refermé, rien n&apos;est enregistré.</source>
+        <translation>The trigger opened the shutter outside a measure: it is closed again, nothing is recorded.</translation>
+    </message>
+</context>
+<context>
     <name>LocalisationCross</name>
     <message>
         <source>Position&#xa0;: %1</source>
@@ -533,10 +540,6 @@
         <translation>Measuring</translation>
     </message>
     <message>
-        <source>L&apos;instrument ne répond pas. Quitter quand même&#xa0;? La mesure est abandonnée.</source>
-        <translation>The instrument does not answer. Leave all the same? The measure is given up.</translation>
-    </message>
-    <message>
         <source>Quitter quand même</source>
         <translation>Leave all the same</translation>
     </message>
@@ -555,6 +558,10 @@
     <message>
         <source>Terminer avec le résultat et quitter</source>
         <translation>End with the result and leave</translation>
+    </message>
+    <message>
+        <source>L&apos;instrument ne répond pas. Quitter quand même&#xa0;? La mesure s&apos;arrête avec ses derniers résultats.</source>
+        <translation>The instrument does not answer. Leave anyway? The measure ends with its last results.</translation>
     </message>
 </context>
 <context>
@@ -993,6 +1000,14 @@
     <message>
         <source>%1 s</source>
         <translation>%1 s</translation>
+    </message>
+    <message>
+        <source>L&apos;instrument ne répond plus</source>
+        <translation>The instrument has stopped answering</translation>
+    </message>
+    <message>
+        <source>Relâchez la détente et quittez cet écran. Les résultats affichés sont gardés.</source>
+        <translation>Release the trigger and leave this screen. The results shown are kept.</translation>
     </message>
 </context>
 <context>

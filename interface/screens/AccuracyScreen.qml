@@ -28,6 +28,7 @@ Screen {
     }
     function start() {
         elapsed = 0;
+        Nav.settle();
         controller.startAccuracyCheck();
         Instrument.refresh();
     }

@@ -106,6 +106,7 @@ Screen {
                 text: qsTr("Démarrer le calibrage")
                 onClicked: {
                     screen.elapsed = 0;
+                    Nav.settle();
                     Instrument.startCalibration();
                 }
             }

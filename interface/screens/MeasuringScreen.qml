@@ -12,6 +12,7 @@ Screen {
         if (!Instrument.shooting)
             return true;
         leaveDialog.open();
+        leaveDialog.interrupted = Instrument.silent;
         return false;
     }
 
@@ -21,7 +22,7 @@ Screen {
 
         title: qsTr("Mesure en cours")
         question: interrupted
-            ? qsTr("L'instrument ne répond pas. Quitter quand même ? La mesure est abandonnée.")
+            ? qsTr("L'instrument ne répond pas. Quitter quand même ? La mesure s'arrête avec ses derniers résultats.")
             : qsTr("Relâchez la détente pour terminer la mesure. Interrompue, elle reste sans résultat.")
         yes: interrupted ? qsTr("Quitter quand même") : qsTr("Terminer avec le résultat et quitter")
         other: interrupted ? "" : qsTr("Interrompre et quitter")
@@ -33,6 +34,7 @@ Screen {
         }
         onAccepted: {
             if (interrupted) {
+                Instrument.abandon();
                 Nav.leave();
                 return;
             }

@@ -54,12 +54,14 @@ MeasuringScreen {
         });
     }
     function nextZone() {
+        if (Nav.settling)
+            return;
         uds.add(row);
         var added = uds.getLast();
         added.identifier = uds.count;
         controller.saveFile();
         // In place of this one: the way back leads to the room.
-        Nav.stack.replace(screen, Nav.urlOf("UnitScreen"), { row: uds.count - 1, fresh: true }, StackView.Immediate);
+        Nav.replace("UnitScreen", { row: uds.count - 1, fresh: true });
     }
 
     onShown: {

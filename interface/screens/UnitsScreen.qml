@@ -20,6 +20,8 @@ Screen {
         text: qsTr("Unité")
         highlighted: true
         onClicked: {
+            if (Nav.settling)
+                return;
             uds.add(-1);
             var unit = uds.getLast();
             unit.local = screen.room;

@@ -2,7 +2,9 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // What the screens do with what operators, files and the instrument do to them.
+#include <QClipboard>
 #include <QFile>
+#include <QGuiApplication>
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QtMath>
@@ -74,8 +76,12 @@ private slots:
     void threeWrongCodes_restTheKeypad();
     void disabledPin_takesNoDigit();
     void doubleTap_opensOneScreenOnly();
+    void doubleTap_isOneTap_data();
+    void doubleTap_isOneTap();
     void keysAlone_leadThroughTheScreens();
     void textInANumberField_isRefusedAndSaid();
+    void pastedText_isTakenOnlyAsANumberInItsLimits();
+    void withoutRoomsOrReferenceLists_theFirstRoomIsTyped();
     void badNameOfADiagnostic_isRefusedWithItsReason_data();
     void badNameOfADiagnostic_isRefusedWithItsReason();
     void damagedFile_isOpenedOnlyWhenConfirmed();
@@ -184,6 +190,81 @@ try {
     QFAIL(qUtf8Printable(failure.text));
 }
 
+void TstInterfaceBehaviour::doubleTap_isOneTap_data()
+{
+    QTest::addColumn<QString>("screen");
+    QTest::addColumn<QString>("control");
+    QTest::addColumn<QString>("screenAfter");
+    QTest::addColumn<int>("units");
+    QTest::newRow("new unit") << "UnitsScreen"
+                              << "addUnit"
+                              << "UnitScreen" << 2;
+    QTest::newRow("next zone") << "UnitScreen"
+                               << "nextZone"
+                               << "UnitScreen" << 2;
+    QTest::newRow("remove unit, confirmed") << "UnitScreen"
+                                            << "removeUnit/yes"
+                                            << "HomeScreen" << 0;
+    QTest::newRow("remove diagnostic, declined") << "DiagnosticsScreen"
+                                                 << "Supprimer « Cave-7 »/no"
+                                                 << "DiagnosticsScreen" << 1;
+    QTest::newRow("back") << "ServiceScreen"
+                          << "back"
+                          << "HomeScreen" << 1;
+    QTest::newRow("start of a check, where its stop comes to lie") << "AccuracyScreen"
+                                                                   << "startAccuracy"
+                                                                   << "AccuracyScreen" << 1;
+    QTest::newRow("start of a calibration") << "CalibrationScreen"
+                                            << "startCalibration"
+                                            << "CalibrationScreen" << 1;
+}
+
+void TstInterfaceBehaviour::doubleTap_isOneTap()
+try {
+    QFETCH(QString, screen);
+    QFETCH(QString, control);
+    QFETCH(QString, screenAfter);
+    QFETCH(int, units);
+    // With the pause that an operator has.
+    m_showcase.reset();
+    m_showcase = std::make_unique<Showcase>();
+    Showcase &showcase = *m_showcase;
+    showcase.unlock();
+    auto *unit = new UD;
+    unit->setLocal(QStringLiteral("Cuisine"));
+    unit->setStatut(UDStatutEnumClass::POSITIVE);
+    showcase->uds->append(unit);
+    QVariantMap properties;
+    if (screen == QLatin1String("UnitScreen"))
+        properties.insert(QStringLiteral("row"), 0);
+    else if (screen == QLatin1String("UnitsScreen"))
+        properties.insert(QStringLiteral("room"), QStringLiteral("Cuisine"));
+    showcase.open(screen, properties);
+
+    const QStringList steps = control.split(QLatin1Char('/'));
+    for (const QString &step : steps) {
+        showcase.hand->waitFor([&] { return !showcase.window->property("settling").toBool(); },
+                               QStringLiteral("input is to be taken"));
+        showcase.hand->find(step);
+        showcase.hand->pause(60); // it has its place
+        QQuickItem *item = showcase.hand->find(step);
+        const QPoint point = item->mapToScene(QPointF(item->width() / 2, item->height() * 0.8)).toPoint();
+        QTest::mouseClick(showcase.window, Qt::LeftButton, {}, point);
+        showcase.hand->pause(60);
+        QTest::mouseClick(showcase.window, Qt::LeftButton, {}, point);
+    }
+    showcase.hand->pause(100);
+    showcase.hand->waitForScreen(screenAfter);
+    QCOMPARE(showcase->uds->count(), units);
+    // Still running: nobody stopped it.
+    if (screen == QLatin1String("AccuracyScreen"))
+        QCOMPARE(showcase->acquisitionMode(), AcquisitionModeEnumClass::ACCURACY);
+    if (screen == QLatin1String("CalibrationScreen"))
+        QCOMPARE(showcase->acquisitionMode(), AcquisitionModeEnumClass::CALIBRATION);
+} catch (const Failure &failure) {
+    QFAIL(qUtf8Printable(failure.text));
+}
+
 void TstInterfaceBehaviour::keysAlone_leadThroughTheScreens()
 try {
     Showcase &showcase = *m_showcase;
@@ -234,6 +315,59 @@ try {
     showcase.hand->fill(QStringLiteral("measureTimeField"), QStringLiteral("999999"));
     showcase.hand->key(Qt::Key_Return);
     QCOMPARE(showcase->measureTime(), 120);
+} catch (const Failure &failure) {
+    QFAIL(qUtf8Printable(failure.text));
+}
+
+void TstInterfaceBehaviour::pastedText_isTakenOnlyAsANumberInItsLimits()
+try {
+    Showcase &showcase = *m_showcase;
+    showcase.unlock();
+    showcase.open(QStringLiteral("SettingsScreen"));
+    constexpr int before = 7;
+    constexpr int refused = before;
+    const QVector<QPair<QString, int>> pasted{
+        {QStringLiteral("42"), 42},           {QStringLiteral(" 42 "), 42},
+        {QStringLiteral("douze"), refused},   {QStringLiteral("12,5"), refused},
+        {QStringLiteral("-3"), refused},      {QStringLiteral("1e2"), refused},
+        {QStringLiteral("42\nabc"), refused}, {QString::fromUtf8("4️⃣2️⃣"), refused},
+        {QString::fromUtf8("٤٢"), refused},   {QString(5000, QLatin1Char('9')), 120}};
+    for (const auto &[text, taken] : pasted) {
+        showcase->setMeasureTime(before);
+        QGuiApplication::clipboard()->setText(text);
+        showcase.hand->tap(QStringLiteral("measureTimeField"));
+        QTest::keyClick(showcase.window, Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClick(showcase.window, Qt::Key_V, Qt::ControlModifier);
+        showcase.hand->key(Qt::Key_Return);
+        QVERIFY2(showcase->measureTime() == taken, qUtf8Printable(text.left(20)));
+        QCOMPARE(itemNamed(showcase, QStringLiteral("measureTimeField"))->property("text").toString(),
+                 QString::number(taken));
+        QCOMPARE(isSaid(showcase.window, QStringLiteral("un nombre de 1 à 120")), taken == refused);
+        QCOMPARE(complaints(showcase.window), QStringList());
+        if (taken == refused)
+            showcase.hand->touch(QStringLiteral("toast")); // what was said goes
+    }
+} catch (const Failure &failure) {
+    QFAIL(qUtf8Printable(failure.text));
+}
+
+void TstInterfaceBehaviour::withoutRoomsOrReferenceLists_theFirstRoomIsTyped()
+try {
+    Showcase &showcase = *m_showcase;
+    showcase.unlock();
+    showcase.database.m_LocalItemsListModel->clear();
+    showcase.open(QStringLiteral("RoomsScreen"));
+    QVERIFY(isSaid(showcase.window, QStringLiteral("Aucun local encore.")));
+    QCOMPARE(complaints(showcase.window), QStringList());
+    showcase.hand->tap(QStringLiteral("addRoom"));
+    showcase.hand->waitForScreen(QStringLiteral("PickScreen"));
+    QVERIFY(isSaid(showcase.window, QStringLiteral("Cette liste est vide.")));
+    showcase.hand->fill(QStringLiteral("search"), QStringLiteral("Grange"));
+    showcase.hand->tap(QStringLiteral("addNew"));
+    showcase.hand->waitForScreen(QStringLiteral("UnitsScreen"));
+    showcase.hand->tap(QStringLiteral("addUnit"));
+    showcase.hand->waitForScreen(QStringLiteral("UnitScreen"));
+    QCOMPARE(showcase->uds->at(0)->local(), QStringLiteral("Grange"));
 } catch (const Failure &failure) {
     QFAIL(qUtf8Printable(failure.text));
 }
