@@ -46,6 +46,9 @@ Dispatcher::Dispatcher()
     prepareTransport();
     m_thread.setObjectName(QStringLiteral("tessel dispatch"));
     m_queue.moveToThread(&m_thread);
+    // By the thread itself, as the last thing it does: no other may touch them.
+    QObject::connect(
+        &m_thread, &QThread::finished, &m_queue, [this] { m_endpoints.clear(); }, Qt::DirectConnection);
 }
 
 Dispatcher::~Dispatcher()
@@ -55,14 +58,17 @@ Dispatcher::~Dispatcher()
 
 void Dispatcher::stop()
 {
+    if (!m_stopped.exchange(true))
+        rest();
+}
+
+void Dispatcher::rest()
+{
     // A service that is stuck does not keep the process from ending.
     constexpr unsigned long patience = 2000; // ms
     // A service that ends the process itself is on the dispatch thread: that goes no further anyway.
-    if (m_stopped.exchange(true) || QThread::currentThread() == &m_thread)
+    if (QThread::currentThread() == &m_thread || !m_thread.isRunning())
         return;
-    if (!m_thread.isRunning())
-        return;
-    // The endpoints stay: without an application nothing reaches that thread that could close them there.
     m_thread.quit();
     m_thread.wait(patience);
 }
@@ -71,6 +77,11 @@ bool Dispatcher::listen(const Description &address)
 {
     if (m_stopped || !QCoreApplication::instance())
         return false;
+    if (!m_thread.isRunning()) {
+        // Those of an application that has ended.
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_addresses.clear();
+    }
     if (address.port != 0) {
         const std::lock_guard<std::mutex> lock(m_mutex);
         for (const Description &open : m_addresses) {

@@ -27,6 +27,9 @@ public:
 
     /// For good, at the end of the process: no request reaches a service any more.
     void stop();
+    /// At the end of an application: the endpoints are closed, and its events are dispatched no more. The
+    /// next one may listen again.
+    void rest();
 
     bool listen(const Description &address);
     quint16 lastPort() const;

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tessel/servicemanager.h"
 
+#include <QCoreApplication>
+
 #include <cstdlib>
 
 #include "dispatcher.h"
@@ -33,6 +35,8 @@ bool ServiceManager::listen(const AString &address)
     // At the end of the process requests must stop before the objects that services use are destroyed: what
     // was made before the endpoint outlives them by this.
     std::atexit([] { auto_create().m_dispatcher->stop(); });
+    // And before the application is, through which Qt passes the events of every thread.
+    qAddPostRoutine([] { auto_create().m_dispatcher->rest(); });
     return true;
 }
 

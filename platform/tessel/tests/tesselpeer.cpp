@@ -20,6 +20,9 @@ using namespace tessel;
 
 namespace {
 
+/// The beginning of a message; the name follows.
+const QByteArray WhoIsThere = QByteArray::fromHex("8401016e") + "test.Interface";
+
 PService *published = nullptr;
 
 int serveCall(const Tuple &request, Tuple &reply)
@@ -112,9 +115,8 @@ void keepCalling(const char *port)
     const quint16 own = manager.port();
     std::thread([own] {
         RawPeer raw(own);
-        // Who is there, of "test.Interface" and "busy"; the session is the last element, in eight bytes.
-        raw.send(
-            framed(QByteArray::fromHex("8401016e") + "test.Interface" + QByteArray::fromHex("64") + "busy"));
+        // The session is the last element, in eight bytes.
+        raw.send(framed(WhoIsThere + QByteArray::fromHex("64") + "busy"));
         const QByteArray session = raw.receive().right(9);
         do {
             raw.send(framed(QByteArray::fromHex("840302") + session + QByteArray::fromHex("82617880")));
@@ -178,6 +180,28 @@ int main(int argc, char *argv[])
             return 4;
         const PService again = Service::bind(peerAt(port));
         return callOnce(peer) == 1 && callOnce(again) == 1 ? 0 : 3;
+    }
+    if (mode == "next-application") {
+        publishService("own", &echo);
+        ServiceManager &manager = ServiceManager::auto_create();
+        if (!manager.listen("TCPIP:localhost:0"))
+            return 4;
+        const quint16 own = manager.port();
+        const AString address(QByteArray("TCPIP:localhost:") + QByteArray::number(own));
+        for (int round = 0; round < 3; ++round) {
+            RawPeer raw(own);
+            raw.send(framed(WhoIsThere + QByteArray::fromHex("63") + "own"));
+            if (raw.receive().isEmpty())
+                return 5;
+            // The connections end with the application, while it is still there to end them.
+            app.reset();
+            if (!raw.waitForClosed(2000))
+                return 6;
+            app = std::make_unique<QCoreApplication>(argc, argv);
+            if (!manager.listen(address))
+                return 7;
+        }
+        return 0;
     }
     if (mode == "call-from-a-static") {
         static CallsAtTheVeryEnd late;

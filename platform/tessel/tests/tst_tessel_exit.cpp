@@ -13,8 +13,9 @@ private slots:
     void processWithTheMiddlewareInUse_endsCleanly_data()
     {
         QTest::addColumn<QString>("mode");
-        for (const char *mode : {"no-application", "return", "exit", "exit-in-other-thread",
-                                 "application-gone", "call-from-a-static", "listen-at-the-end"})
+        for (const char *mode :
+             {"no-application", "return", "exit", "exit-in-other-thread", "application-gone",
+              "next-application", "call-from-a-static", "listen-at-the-end"})
             QTest::newRow(mode) << QString::fromLatin1(mode);
     }
     void processWithTheMiddlewareInUse_endsCleanly()
