@@ -8,10 +8,14 @@
 #include <QSharedPointer>
 #include <QSocketNotifier>
 #include <QTcpServer>
-#include <QTcpSocket>
 #include <QTimer>
 
+#include <cerrno>
+#include <cstring>
+
+#include <arpa/inet.h>
 #include <fcntl.h>
+#include <net/if.h>
 #include <poll.h>
 #include <sys/socket.h>
 #include <sys/time.h>
@@ -42,6 +46,29 @@ QHostAddress addressOf(const QByteArray &host)
     return QHostAddress(QString::fromLatin1(host));
 }
 
+/// \return how much of \p place it takes.
+socklen_t socketAddress(const QHostAddress &host, quint16 port, sockaddr_storage &place)
+{
+    place = {};
+    if (host.protocol() == QAbstractSocket::IPv4Protocol) {
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_port = htons(port);
+        address.sin_addr.s_addr = htonl(host.toIPv4Address());
+        std::memcpy(&place, &address, sizeof address);
+        return sizeof address;
+    }
+    sockaddr_in6 address{};
+    address.sin6_family = AF_INET6;
+    address.sin6_port = htons(port);
+    const Q_IPV6ADDR bytes = host.toIPv6Address();
+    std::memcpy(&address.sin6_addr, &bytes, sizeof bytes);
+    if (!host.scopeId().isEmpty())
+        address.sin6_scope_id = ::if_nametoindex(host.scopeId().toLatin1().constData());
+    std::memcpy(&place, &address, sizeof address);
+    return sizeof address;
+}
+
 class TcpConnection : public Connection
 {
 public:
@@ -50,18 +77,21 @@ public:
         const QHostAddress host = addressOf(address.host);
         if (host.isNull() || address.port == 0)
             return ERR_REFUSED;
-        QTcpSocket socket;
-        socket.setProxy(QNetworkProxy::NoProxy);
-        socket.connectToHost(host, address.port);
-        if (!socket.waitForConnected(milliseconds))
-            return socket.error() == QAbstractSocket::SocketTimeoutError ? ERR_TIMED_OUT : ERR_REFUSED;
-        // From here on the caller's thread, which waits for each answer anyway, reads and writes by itself:
-        // two or three system calls for each message instead of six, and a thread with an event loop does not
-        // read the answers that come too late at any other time.
-        const int descriptor = ::fcntl(static_cast<int>(socket.socketDescriptor()), F_DUPFD_CLOEXEC, 0);
+        const QDeadlineTimer deadline(milliseconds);
+        // By the caller's thread itself, here and later: two or three system calls for each message instead
+        // of six; answers that come too late are read at no other time; and Qt's sockets share objects that
+        // are gone while a process ends, which some other thread may do just now.
+        sockaddr_storage place;
+        const socklen_t size = socketAddress(host, address.port, place);
+        const int descriptor = ::socket(place.ss_family, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
         if (descriptor < 0)
             return ERR_REFUSED;
         m_socket = TcpSocket(descriptor);
+        const Status status = connectTo(place, size, deadline);
+        if (status != OK) {
+            m_socket.close();
+            return status;
+        }
         const timeval wait{0, OwnWait * 1000};
         ::fcntl(descriptor, F_SETFL, ::fcntl(descriptor, F_GETFL) & ~O_NONBLOCK);
         ::setsockopt(descriptor, SOL_SOCKET, SO_RCVTIMEO, &wait, sizeof wait);
@@ -109,6 +139,21 @@ public:
     bool isUsable() const override { return m_socket.isOpen() && !m_halfSent; }
 
 private:
+    Status connectTo(const sockaddr_storage &place, socklen_t size, const QDeadlineTimer &deadline) const
+    {
+        int error = 0;
+        if (::connect(m_socket.descriptor(), reinterpret_cast<const sockaddr *>(&place), size) != 0) {
+            error = errno;
+            if (error == EINPROGRESS || error == EINTR) {
+                if (!waitFor(POLLOUT, deadline))
+                    return ERR_TIMED_OUT;
+                socklen_t length = sizeof error;
+                if (::getsockopt(m_socket.descriptor(), SOL_SOCKET, SO_ERROR, &error, &length) != 0)
+                    error = errno;
+            }
+        }
+        return error == 0 ? OK : error == ETIMEDOUT ? ERR_TIMED_OUT : ERR_REFUSED;
+    }
     /// Waits for some more bytes.
     Status fill(const QDeadlineTimer &deadline)
     {

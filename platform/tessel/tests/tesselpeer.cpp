@@ -161,6 +161,18 @@ int main(int argc, char *argv[])
         keepCalling(port);
         return 0;
     }
+    if (mode == "return-amid-binding") {
+        static Resource resource;
+        static std::atomic<int> bound{0};
+        static const std::string peerPort(port);
+        std::thread([] {
+            for (;; ++bound)
+                callOnce(Service::bind(peerAt(peerPort.c_str())));
+        }).detach();
+        while (bound < 5)
+            QThread::msleep(1);
+        return 0;
+    }
     if (mode == "exit") {
         keepCalling(port);
         QTimer::singleShot(0, [] { std::exit(0); });

@@ -14,8 +14,8 @@ private slots:
     {
         QTest::addColumn<QString>("mode");
         for (const char *mode :
-             {"no-application", "return", "exit", "exit-in-other-thread", "application-gone",
-              "next-application", "call-from-a-static", "listen-at-the-end"})
+             {"no-application", "return", "return-amid-binding", "exit", "exit-in-other-thread",
+              "application-gone", "next-application", "call-from-a-static", "listen-at-the-end"})
             QTest::newRow(mode) << QString::fromLatin1(mode);
     }
     void processWithTheMiddlewareInUse_endsCleanly()
