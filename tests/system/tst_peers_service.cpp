@@ -64,6 +64,7 @@ void TstPeersService::spoiledCalls_holdUpNobodyForLong()
     bench->requestUpdate();
     QTRY_VERIFY(!bench->property("lastCalibrationDate").toString().isEmpty());
     const QString date = bench->property("lastCalibrationDate").toString();
+    const int updatesBefore = bench.calls("sendLastStatus");
 
     m_middleman->follow(plan);
     LogRecorder log;
@@ -93,6 +94,9 @@ void TstPeersService::spoiledCalls_holdUpNobodyForLong()
     for (const char *level : {"WARN", "ERROR", "FATAL"})
         QCOMPARE(log.lines(QLatin1String(level)), QStringList());
 
+    // What these hold up is on its way still, for long on a busy machine.
+    if (plan.fault == Middleman::Delay || plan.fault == Middleman::Drip)
+        QTRY_COMPARE(bench.calls("sendLastStatus"), updatesBefore + 4);
     m_middleman->follow({});
     const int updates = bench.calls("sendLastStatus");
     QElapsedTimer timer;
