@@ -281,9 +281,9 @@ void TstStartStop::manyTimes_leaveNothingBehind()
                                 .arg(before.threads)
                                 .arg(before.descriptors)));
     const Holdings after = Holdings::now();
-    qInfo("%d rounds, %.1f ms each; from round %d on %+lld bytes in use, %+lld kB resident, %+d threads, "
+    qInfo("%d rounds, %.1f ms each; from round %d on %+lld bytes in use, %+lld kB of memory, %+d threads, "
           "%+d descriptors",
-          m_rounds, each, warm, used, after.residentKb - before.residentKb, after.threads - before.threads,
+          m_rounds, each, warm, used, after.memoryKb - before.memoryKb, after.threads - before.threads,
           after.descriptors - before.descriptors);
     if (state == Notifying) {
         const int arrived = m_arrived;
