@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #include "harness.h"
 
@@ -24,7 +25,12 @@ QByteArray MemoryHome::read(const char *name) const
 
 void MemoryHome::write(const char *name, const QByteArray &content) const
 {
-    QFile file(path() + QLatin1String(name));
+    const QFileInfo place(path() + QLatin1String(name));
+    QDir directory = place.dir();
+    const QStringList copies = directory.entryList({place.fileName() + QStringLiteral(".damaged*")});
+    for (const QString &copy : copies)
+        FUZZ_VERIFY(directory.remove(copy));
+    QFile file(place.filePath());
     FUZZ_VERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
 }
 

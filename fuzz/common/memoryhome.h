@@ -17,6 +17,8 @@ public:
     /// With its final separator, as the library wants it.
     QString path() const { return m_directory.path() + QLatin1Char('/'); }
     QByteArray read(const char *name) const;
+    /// And removes the copies that were kept of damaged files of that name: they would pile up, and each next
+    /// one is compared with all of them.
     void write(const char *name, const QByteArray &content) const;
 
 private:
