@@ -137,8 +137,15 @@ void AnalysisService::notify(const nap::NotificationMessage &message)
 
 void AnalysisService::setSilent(bool silent)
 {
+    m_silent = silent;
     m_gate.setSilent(silent);
     m_observers.setSilent(silent);
+}
+
+void AnalysisService::setDelay(int milliseconds)
+{
+    m_delay = milliseconds;
+    m_gate.setDelay(milliseconds);
 }
 
 int AnalysisService::call(const char *name, const std::function<int()> &operation, bool autoStop)

@@ -38,9 +38,11 @@ public:
     /// Sends \p message as it is.
     void notify(const com::halvar::nap::NotificationMessage &message);
     void setSilent(bool silent);
+    bool isSilent() const { return m_silent; }
     /// See Observers::setPort().
     void setObserverPort(quint16 port) { m_observers.setPort(port); }
-    void setDelay(int milliseconds) { m_gate.setDelay(milliseconds); }
+    void setDelay(int milliseconds);
+    int delay() const { return m_delay; }
 
     /// Calls that wait for the end of a silence or delay.
     int heldCalls() { return m_gate.held(); }
@@ -62,6 +64,8 @@ private:
     Acquisition m_acquisition;
     Observers m_observers;
     Gate m_gate;
+    bool m_silent = false;
+    int m_delay = 0;
     QMap<QString, int> m_calls;
     tessel::PService m_published;
 };

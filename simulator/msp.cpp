@@ -193,6 +193,7 @@ Msp::Msp(QObject *parent)
     connect(&m_server, &MSPServer::infoRequested, this, [this](MSPServer::Request request) {
         ++m_infoRequests;
         m_server.replyInfo(request, model.info);
+        emit infoGiven();
     });
 }
 

@@ -88,6 +88,7 @@ public:
 signals:
     void executed(const QString &command, bool accepted);
     void eventSent(int event, int code);
+    void infoGiven();
 
 private:
     void send(const MspModel::Events &events);

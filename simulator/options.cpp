@@ -33,6 +33,13 @@ void declare(QCommandLineParser &parser)
          QStringLiteral("LEVEL")},
         {QStringLiteral("ready-fd"),
          QStringLiteral("Write \"ready\" to descriptor N when everything listens."), QStringLiteral("N")},
+        {QStringLiteral("panel"),
+         QStringLiteral("Open a window with the instrument's trigger, samples, faults and traffic. The "
+                        "instrument goes on when the window is closed.")},
+        {QStringLiteral("position"), QStringLiteral("Where on the screen the panel's window begins."),
+         QStringLiteral("X,Y")},
+        {QStringLiteral("language"), QStringLiteral("Language of the panel: fr, en."),
+         QStringLiteral("CODE")},
         {{QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("This text.")},
     });
 }
@@ -70,6 +77,7 @@ bool Options::parse(const QStringList &arguments, QString &error)
     const auto value = [&parser](const char *option) { return parser.value(QString::fromLatin1(option)); };
 
     help = given("help");
+    panel = given("panel");
     if (!parser.positionalArguments().isEmpty()) {
         error = QStringLiteral("unexpected argument \"%1\"").arg(parser.positionalArguments().first());
         return false;
@@ -100,6 +108,18 @@ bool Options::parse(const QStringList &arguments, QString &error)
     }
     if (given("log-level") && !parseLevel(value("log-level"), logLevel))
         return wrong("log-level", "trace, debug, info, warn, error, fatal or off");
+    if (given("position")) {
+        const QStringList numbers = value("position").split(QLatin1Char(','));
+        bool okToo = false;
+        position = QPoint(numbers.value(0).toInt(&ok), numbers.value(1).toInt(&okToo));
+        if (numbers.size() != 2 || !ok || !okToo)
+            return wrong("position", "two whole numbers, X,Y");
+    }
+    if (given("language")) {
+        language = value("language");
+        if (language != QLatin1String("fr") && language != QLatin1String("en"))
+            return wrong("language", "fr or en");
+    }
     if (given("scenario"))
         scenario = value("scenario");
     if (given("home"))

@@ -3,6 +3,7 @@
 #ifndef SIMULATOR_OPTIONS_H
 #define SIMULATOR_OPTIONS_H
 
+#include <QPoint>
 #include <QString>
 #include <QStringList>
 
@@ -24,6 +25,9 @@ struct Options
     quint16 observerPort = 0; ///< 0: the one that an observer registers
     QsLogging::Level logLevel = QsLogging::WarnLevel;
     int readyFd = -1;
+    bool panel = false;
+    QPoint position; ///< of the panel's window on the screen
+    QString language = QStringLiteral("fr");
     bool help = false;
 
     /// Reads \p arguments, the program's name first. False, with a line in \p error, when they are wrong.

@@ -58,6 +58,7 @@ Simulator::Simulator(const Places &places, QObject *parent)
     : QObject(parent)
     , m_places(places)
     , m_files(places.sysClass)
+    , m_shell(places.commands)
     , m_control([this](const QJsonObject &command) { return execute(command); })
 {
     m_service.setObserverPort(places.observerPort);
@@ -98,7 +99,7 @@ bool Simulator::start(QString &error)
         return false;
     }
     // Last: a second simulator must leave the files of the first one alone.
-    if (!m_files.start(error))
+    if (!m_files.start(error) || !m_shell.start(error))
         return false;
     for (const Scenario::Step &step : qAsConst(m_scenario.steps)) {
         if (step.after.isEmpty())
@@ -158,6 +159,8 @@ void Simulator::connectNotices()
             if (message.is_set_error())
                 object.insert(key("error"), names::acqError().json(message.get_error()));
             notice(object);
+        } else {
+            notice({{key("notice"), key("notification")}, {key("id"), message.get_id().toString()}});
         }
     });
     connect(&m_service.acquisition(), &Acquisition::finished, this, [this](int id, Acquisition::Kind kind) {
@@ -176,6 +179,16 @@ void Simulator::connectNotices()
                 {key("event"), names::mspEvent().json(event)},
                 {key("code"), code}});
     });
+    connect(&m_msp, &Msp::infoGiven, this, [this] {
+        notice({{key("notice"), key("mspInfo")},
+                {key("state"), names::mspState().json(m_msp.model.info.state())}});
+    });
+    connect(&m_files, &SysFiles::lineWritten, this, [this](const QString &file, const QString &content) {
+        notice({{key("notice"), key("gpio")}, {key("file"), file}, {key("content"), content}});
+    });
+    connect(&m_shell, &ShellRecord::called, this, [this](const QString &line) {
+        notice({{key("notice"), key("shell")}, {key("line"), line}});
+    });
     connect(&m_files, &SysFiles::levelChanged, this, [this](int level) {
         notice({{key("notice"), key("beeper")}, {key("level"), level}});
     });
@@ -184,6 +197,7 @@ void Simulator::connectNotices()
 void Simulator::notice(const QJsonObject &notice)
 {
     m_control.notice(notice);
+    emit noticed(notice);
     for (int i = m_waiting.size() - 1; i >= 0; --i) {
         Scenario::Step &step = m_waiting[i];
         if (!holds(notice, step.after) || --step.count > 0)
@@ -208,6 +222,9 @@ QJsonObject Simulator::status() const
     const Acquisition &acquisition = m_service.acquisition();
     const Settings &settings = acquisition.settings;
     QJsonObject nap{{key("alive"), m_service.isAlive()},
+                    {key("silent"), m_service.isSilent()},
+                    {key("delay"), m_service.delay()},
+                    {key("calibrationFails"), settings.calibrationFails},
                     {key("acquisition"), names::acquisition().name(acquisition.kind())},
                     {key("status"), names::acqStatus().name(acquisition.status())},
                     {key("lastId"), acquisition.lastId()},
@@ -219,6 +236,11 @@ QJsonObject Simulator::status() const
     if (acquisition.lastId() > 0)
         nap.insert(key("last"), resultObject(acquisition.lastResult()));
     const MspModel &model = m_msp.model;
+    QStringList refusing;
+    for (int command = MSPClient::LIGHT_ON; command < MSPClient::NB_COMMANDS; ++command) {
+        if (model.refused.contains(command))
+            refusing.append(names::mspCommand().name(command));
+    }
     return {{key("ok"), true},
             {key("scenario"), m_scenario.name},
             {key("seed"), static_cast<double>(settings.seed)},
@@ -240,6 +262,8 @@ QJsonObject Simulator::status() const
                          {key("state"), names::mspState().json(model.info.state())},
                          {key("light"), model.light()},
                          {key("shutterOpen"), model.shutterOpen()},
+                         {key("shutterFailures"), model.shutterFailures},
+                         {key("refusing"), QJsonArray::fromStringList(refusing)},
                          {key("commands"), counts(m_msp.commands())},
                          {key("refused"), counts(m_msp.refusals())},
                          {key("infoRequests"), m_msp.infoRequests()}}},

@@ -12,6 +12,7 @@
 #include "controlserver.h"
 #include "msp.h"
 #include "scenario.h"
+#include "shellrecord.h"
 #include "sysfiles.h"
 
 namespace simulator {
@@ -27,6 +28,7 @@ public:
         QString sysClass = QStringLiteral("/sys/class");
         quint16 port = AnalysisService::Port;
         quint16 observerPort = 0; ///< 0: the one that an observer registers
+        QString commands; ///< the record of shell commands; empty: there is none
     };
 
     explicit Simulator(QObject *parent = nullptr);
@@ -44,6 +46,8 @@ public:
 
 signals:
     void quitRequested();
+    /// What those who subscribed at the control socket are told, just then.
+    void noticed(const QJsonObject &notice);
 
 private:
     using Action = std::function<QString(const QJsonObject &members)>;
@@ -63,6 +67,7 @@ private:
     AnalysisService m_service;
     Msp m_msp;
     SysFiles m_files;
+    ShellRecord m_shell;
     ControlServer m_control;
     Scenario m_scenario;
     QVector<Scenario::Step> m_waiting; ///< steps that wait for notices

@@ -37,6 +37,7 @@ SysFiles::SysFiles(const QString &root, QObject *parent)
     , m_root(root)
 {
     connect(&m_watcher, &QFileSystemWatcher::fileChanged, this, [this](const QString &path) {
+        tell(path);
         if (path == m_root + Export)
             readExport();
         else
@@ -59,9 +60,10 @@ bool SysFiles::start(QString &error)
         return false;
     }
     readExport();
+    m_contents.insert(m_root + Export, read(m_root + Export));
     const QString value = linePath(BeeperLine, "value");
-    if (QFile::exists(value))
-        m_watcher.addPath(value);
+    watch(value);
+    watch(linePath(BeeperLine, "direction"));
     m_level = read(value).startsWith('1') ? 1 : 0;
     return true;
 }
@@ -109,8 +111,29 @@ void SysFiles::makeLine(int line)
             QLOG_WARN() << "the files of line" << line << "cannot be written";
         }
     }
-    if (line == BeeperLine && !m_watcher.files().contains(value))
-        m_watcher.addPath(value);
+    if (line == BeeperLine) {
+        watch(value);
+        watch(linePath(line, "direction"));
+    }
+}
+
+void SysFiles::watch(const QString &path)
+{
+    if (!QFile::exists(path) || m_watcher.files().contains(path))
+        return;
+    m_contents.insert(path, read(path));
+    m_watcher.addPath(path);
+}
+
+void SysFiles::tell(const QString &path)
+{
+    // Emptied on the way to its next content: that comes with a change of its own.
+    const QByteArray content = read(path);
+    if (content.isEmpty() || content == m_contents.value(path))
+        return;
+    m_contents.insert(path, content);
+    emit lineWritten(path.mid(m_root.size() + static_cast<int>(qstrlen("/gpio/"))),
+                     QString::fromUtf8(content.constData()).trimmed());
 }
 
 void SysFiles::readLevel()

@@ -4,6 +4,7 @@
 #define SIMULATOR_SYSFILES_H
 
 #include <QFileSystemWatcher>
+#include <QHash>
 #include <QJsonValue>
 #include <QObject>
 
@@ -32,15 +33,20 @@ public:
 
 signals:
     void levelChanged(int level);
+    /// \p file of the drivers ("export", "gpio79/direction", "gpio79/value") holds another \p content now.
+    void lineWritten(const QString &file, const QString &content);
 
 private:
     QString linePath(int line, const char *file) const;
     void readExport();
     void makeLine(int line);
     void readLevel();
+    void watch(const QString &path);
+    void tell(const QString &path);
 
     const QString m_root;
     QFileSystemWatcher m_watcher;
+    QHash<QString, QByteArray> m_contents; ///< what each watched file held last
     QJsonValue m_battery = 4050000;
     int m_level = 0;
     int m_beeps = 0;
