@@ -47,7 +47,12 @@ QQuickWindow *PanelWindow::open(const QPoint &position)
 {
     m_engine.setInitialProperties({{QStringLiteral("x"), position.x()}, {QStringLiteral("y"), position.y()}});
     m_engine.load(QUrl(QStringLiteral("qrc:/halvar-panel/Panel.qml")));
-    return qobject_cast<QQuickWindow *>(m_engine.rootObjects().value(0));
+    auto *window = qobject_cast<QQuickWindow *>(m_engine.rootObjects().value(0));
+    if (window) {
+        window->setFramePosition(position);
+        window->show();
+    }
+    return window;
 }
 
 } // namespace simulator

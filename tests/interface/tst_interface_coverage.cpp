@@ -2,7 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // docs/interface-coverage.md against the meta-objects and the QML sources: all that the library offers to QML
-// is used by some screen, or there is a reason why not. And the translations and the syntax of the sources.
+// is used by some screen, or there is a reason why not. And the translations and the syntax of the sources,
+// those of the simulated instrument's panel included.
 #include <QDirIterator>
 #include <QFile>
 #include <QMap>
@@ -37,6 +38,7 @@ Q_DECLARE_METATYPE(const QMetaObject *)
 namespace {
 
 const QString sources = QStringLiteral(HALVAR_SOURCE_DIR "/interface");
+const QString panelSources = QStringLiteral(HALVAR_SOURCE_DIR "/simulator/panel");
 
 QString contentOf(const QString &path)
 {
@@ -44,10 +46,10 @@ QString contentOf(const QString &path)
     return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
 }
 
-QStringList qmlFiles()
+QStringList qmlFiles(const QString &directory = sources)
 {
     QStringList files;
-    QDirIterator entries(sources, {QStringLiteral("*.qml")}, QDir::Files, QDirIterator::Subdirectories);
+    QDirIterator entries(directory, {QStringLiteral("*.qml")}, QDir::Files, QDirIterator::Subdirectories);
     while (entries.hasNext())
         files.append(entries.next());
     return files;
@@ -203,7 +205,7 @@ void TstInterfaceCoverage::qml_isCleanForQmllint()
 {
     QProcess lint;
     lint.setProcessChannelMode(QProcess::MergedChannels);
-    lint.start(QStringLiteral(QMLLINT), qmlFiles());
+    lint.start(QStringLiteral(QMLLINT), qmlFiles() + qmlFiles(panelSources));
     QVERIFY(lint.waitForFinished());
     QCOMPARE(lint.readAll(), QByteArray());
     QCOMPARE(lint.exitCode(), 0);
@@ -211,27 +213,30 @@ void TstInterfaceCoverage::qml_isCleanForQmllint()
 
 void TstInterfaceCoverage::translations_areComplete_data()
 {
+    QTest::addColumn<QString>("directory");
     QTest::addColumn<QStringList>("options");
-    QTest::newRow("halvar_en.ts") << QStringList();
-    QTest::newRow("halvar_fr.ts") << QStringList{QStringLiteral("-pluralonly")};
+    QTest::newRow("halvar_en.ts") << sources << QStringList();
+    QTest::newRow("halvar_fr.ts") << sources << QStringList{QStringLiteral("-pluralonly")};
+    QTest::newRow("panel_en.ts") << panelSources << QStringList();
 }
 
 void TstInterfaceCoverage::translations_areComplete()
 {
+    QFETCH(QString, directory);
     QFETCH(QStringList, options);
     const QString name = QString::fromLatin1(QTest::currentDataTag());
-    QTemporaryDir directory;
-    const QString copy = directory.filePath(name);
-    QVERIFY(QFile::copy(sources + QStringLiteral("/i18n/") + name, copy));
+    QTemporaryDir temporary;
+    const QString copy = temporary.filePath(name);
+    QVERIFY(QFile::copy(directory + QStringLiteral("/i18n/") + name, copy));
     // Texts that are new or gone since the file was made would show.
     options += {QStringLiteral("-extensions"),  QStringLiteral("qml,cpp,h"),
                 QStringLiteral("-no-obsolete"), QStringLiteral("-locations"),
-                QStringLiteral("none"),         sources,
+                QStringLiteral("none"),         directory,
                 QStringLiteral("-ts"),          copy};
     QCOMPARE(QProcess::execute(QStringLiteral(LUPDATE), QStringList{QStringLiteral("-silent")} + options), 0);
     const QString updated = contentOf(copy);
     QVERIFY2(!updated.contains(QLatin1String("type=\"unfinished\"")), qUtf8Printable(updated));
-    QCOMPARE(updated, contentOf(sources + QStringLiteral("/i18n/") + name));
+    QCOMPARE(updated, contentOf(directory + QStringLiteral("/i18n/") + name));
 }
 
 QTEST_MAIN(TstInterfaceCoverage)

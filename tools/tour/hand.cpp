@@ -52,7 +52,8 @@ QList<QQuickItem *> visibleItems(const QQuickItem *root)
 
 bool isControl(const QQuickItem *item)
 {
-    return isA(item, "QQuickAbstractButton") || isA(item, "QQuickTextField") || isA(item, "QQuickTextArea");
+    return isA(item, "QQuickAbstractButton") || isA(item, "QQuickTextField") || isA(item, "QQuickTextArea")
+        || isA(item, "QQuickSlider");
 }
 
 QString wordsOf(const QQuickItem *item)
@@ -104,20 +105,19 @@ void Hand::reveal(QQuickItem *item) const
         const double middle = rect.center().y();
         if (middle > frame.top() + 4 && middle < frame.bottom() - 4)
             return;
-        // A slow drag, held still at its end so that nothing rolls on.
+        // A slow drag, held still at its end so that nothing rolls on. The list counts in the events' own
+        // time.
         const double way = qBound(-0.7 * frame.height(), frame.center().y() - middle, 0.7 * frame.height());
         const int x = qRound(frame.left()) + 4;
         const int from =
             qRound(way > 0 ? frame.top() + 0.12 * frame.height() : frame.bottom() - 0.12 * frame.height());
+        const QPoint end(x, from + qRound(way));
         QTest::mousePress(m_window, Qt::LeftButton, {}, QPoint(x, from));
         constexpr int moves = 8;
-        for (int move = 1; move <= moves; ++move) {
-            QTest::mouseMove(m_window, QPoint(x, from + qRound(way * move / moves)));
-            QTest::qWait(8);
-        }
-        QTest::qWait(120);
-        QTest::mouseMove(m_window, QPoint(x, from + qRound(way)));
-        QTest::mouseRelease(m_window, Qt::LeftButton, {}, QPoint(x, from + qRound(way)));
+        for (int move = 1; move <= moves; ++move)
+            QTest::mouseMove(m_window, QPoint(x, from + qRound(way * move / moves)), 8);
+        QTest::mouseMove(m_window, end, 120);
+        QTest::mouseRelease(m_window, Qt::LeftButton, {}, end);
         // A list that still moves takes the next tap for a stop.
         waitFor([flickable] { return !flickable->property("moving").toBool(); },
                 QStringLiteral("the list is to stand still"));

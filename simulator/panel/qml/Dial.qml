@@ -21,7 +21,7 @@ Item {
 
     signal chosen(real number)
 
-    implicitHeight: words.implicitHeight + slider.implicitHeight
+    implicitHeight: slider.y + slider.implicitHeight
     objectName: "dial"
 
     Text {
@@ -42,7 +42,7 @@ Item {
     Slider {
         id: slider
         objectName: dial.objectName + "Slider"
-        anchors.top: words.bottom
+        y: words.height - 2
         width: parent.width
         Accessible.name: dial.name
         Accessible.description: dial.value

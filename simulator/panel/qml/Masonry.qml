@@ -29,7 +29,8 @@ Item {
 
     function later() { Qt.callLater(arrange); }
 
-    onWidthChanged: arrange()
+    onColumnsChanged: later()
+    onColumnWidthChanged: later()
     Component.onCompleted: {
         for (var i = 0; i < children.length; ++i) {
             children[i].heightChanged.connect(later);

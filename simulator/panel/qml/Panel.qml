@@ -14,11 +14,11 @@ ApplicationWindow {
 
     onNightChanged: Theme.night = night
     title: qsTr("Instrument simulé")
-    width: Math.max(minimumWidth, Math.min(1280, Screen.desktopAvailableWidth - Math.max(x, 0) - 20))
-    height: Math.max(minimumHeight, Math.min(940, Screen.desktopAvailableHeight - Math.max(y, 0) - 60))
+    // What the screen has to the right of and below where the window begins, its frame included.
+    width: Math.max(minimumWidth, Math.min(1280, Screen.desktopAvailableWidth - Math.max(x, 0) - 10))
+    height: Math.max(minimumHeight, Math.min(940, Screen.desktopAvailableHeight - Math.max(y, 0) - 40))
     minimumWidth: 420
     minimumHeight: 600
-    visible: true
     onClosing: bar.letGo()
 
     Component.onCompleted: Theme.night = night

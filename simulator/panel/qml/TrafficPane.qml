@@ -72,16 +72,18 @@ Item {
         // The end stays in sight unless somebody reads further up.
         property bool following: true
         onMovementEnded: following = atYEnd
-        onCountChanged: {
-            if (following)
-                positionViewAtEnd();
-        }
-        onHeightChanged: {
+        // Once the new lines have their places.
+        onCountChanged: Qt.callLater(follow)
+        onContentHeightChanged: Qt.callLater(follow)
+        onOriginYChanged: Qt.callLater(follow)
+        onHeightChanged: Qt.callLater(follow)
+        function follow() {
             if (following)
                 positionViewAtEnd();
         }
 
         delegate: Item {
+            objectName: "trafficLine"
             width: list.width - Theme.margin
             height: 22
             Accessible.role: Accessible.ListItem

@@ -55,6 +55,15 @@ Item {
             Hand.run(down ? "press" : "release");
     }
 
+    component StateText: Text {
+        width: words.width
+        color: Theme.text
+        font.pixelSize: Theme.fontSmall
+        wrapMode: Text.Wrap
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
+    }
+
     Rectangle {
         anchors.fill: parent
         color: Theme.surface
@@ -72,6 +81,9 @@ Item {
         focus: true
         font.pixelSize: Theme.fontLarge
         Accessible.description: qsTr("Pressée tant que le bouton l'est.")
+        // A key that is held repeats itself; it is held once.
+        Keys.onPressed: event.accepted = event.isAutoRepeat
+        Keys.onReleased: event.accepted = event.isAutoRepeat
         onPressed: bar.hold(true)
         onReleased: bar.hold(keep.checked)
         onCanceled: bar.hold(keep.checked)
@@ -95,19 +107,9 @@ Item {
                     bar.hold(false);
             }
         }
-        Repeater {
-            model: [qsTr("Microcontrôleur : %1").arg(bar.safety), qsTr("Service : %1").arg(bar.acquisition),
-                    qsTr("Dernier résultat : %1").arg(bar.result)]
-            Text {
-                width: words.width
-                text: modelData
-                color: Theme.text
-                font.pixelSize: Theme.fontSmall
-                wrapMode: Text.Wrap
-                Accessible.role: Accessible.StaticText
-                Accessible.name: text
-            }
-        }
+        StateText { text: qsTr("Microcontrôleur : %1").arg(bar.safety) }
+        StateText { text: qsTr("Service : %1").arg(bar.acquisition) }
+        StateText { text: qsTr("Dernier résultat : %1").arg(bar.result) }
     }
     LastDone {
         id: done
