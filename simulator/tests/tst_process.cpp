@@ -128,6 +128,9 @@ void TstProcess::wrongUse_isOneLineAndStatusTwo_data()
         "--observer-port: expected a port from 1 to 65535, found \"65536\"");
     row(QStringLiteral("--log-level loud"),
         "--log-level: expected trace, debug, info, warn, error, fatal or off, found \"loud\"");
+    row(QStringLiteral("--position 10"), "--position: expected two whole numbers, X,Y, found \"10\"");
+    row(QStringLiteral("--position 1,b"), "--position: expected two whole numbers, X,Y, found \"1,b\"");
+    row(QStringLiteral("--language de"), "--language: expected fr or en, found \"de\"");
     row(QStringLiteral("--ready-fd x"), "--ready-fd: expected the number of an open descriptor, found \"x\"");
     row(QStringLiteral("--ready-fd 99"), "--ready-fd: descriptor 99 cannot be written");
     row(QStringLiteral("--scenario /nowhere.json"), "/nowhere.json: cannot be read");
