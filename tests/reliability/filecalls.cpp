@@ -148,11 +148,13 @@ SHIM int creat64(const char *name, mode_t mode)
 }
 
 // What the checked build of a caller calls instead.
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the C library's
 SHIM int __open_2(const char *name, int flags)
 {
     return open(name, flags);
 }
 
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the C library's
 SHIM int __open64_2(const char *name, int flags)
 {
     return open64(name, flags);
@@ -182,6 +184,7 @@ SHIM ssize_t read(int descriptor, void *bytes, size_t count)
     return byDescriptor(Kind::Read, descriptor, [&] { return real(descriptor, bytes, count); });
 }
 
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the C library's
 SHIM ssize_t __read_chk(int descriptor, void *bytes, size_t count, size_t)
 {
     return read(descriptor, bytes, count);
@@ -362,7 +365,7 @@ SHIM int statx(int directory, const char *name, int flags, unsigned int mask, st
 {
     static auto *const real = next<int(int, const char *, int, unsigned int, struct statx *)>("statx");
     const auto call = [&] { return real(directory, name, flags, mask, status); };
-    if (name && name[0] == '\0')
+    if (name[0] == '\0')
         return byDescriptor(Kind::Look, directory, call);
     return byName(Kind::Look, directory, name, call);
 }
