@@ -33,6 +33,7 @@ public:
     void setLastMeasureId(int id);
     void setCalibrationDate(const tessel::TimeDate &date);
 
+    using NAPServer::notify;
     // To every registered observer, one after the other, from the calling thread.
     void notify(const com::halvar::nap::NotificationMessage &message);
     void notifyDetection(const com::halvar::nap::DetectionResult &result);
