@@ -13,7 +13,7 @@ private slots:
     {
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("expected");
-        const QString replacement(QChar(QChar::ReplacementCharacter));
+        const QString replacement = QChar(QChar::ReplacementCharacter);
         const QString pair = QString::fromUcs4(U"\U0001F3E0");
         const QString high = pair.left(1);
         const QString low = pair.mid(1);

@@ -70,6 +70,7 @@ inline bool identical(const tessel::Tuple &a, const tessel::Tuple &b)
             return false;
         if (x.type() == tessel::T_DOUBLE) {
             const double values[] = {x.toDouble(), y.toDouble()};
+            // NOLINTNEXTLINE(bugprone-suspicious-memory-comparison): bit for bit, also a NaN
             if (std::memcmp(&values[0], &values[1], sizeof(double)) != 0)
                 return false;
         } else if (x.type() == tessel::T_TUPLE ? !identical(x.toTuple(), y.toTuple()) : x != y) {
