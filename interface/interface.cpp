@@ -81,49 +81,56 @@ void Interface::prepare()
 }
 
 Interface::Interface(HalvarController &controller, Config &config, Database &database, const QLocale &locale)
-    : m_files(controller.property("home").toString())
+    : m_controller(controller)
+    , m_config(config)
+    , m_database(database)
+    , m_files(controller.property("home").toString())
 {
     if (m_translator.load(locale, QStringLiteral("halvar"), QStringLiteral("_"),
                           QStringLiteral(":/halvar/i18n")))
         QCoreApplication::installTranslator(&m_translator);
     // What it says of damaged files is to be in the language of the screens.
     m_files.refresh();
+    declareIn(m_engine);
+}
 
-    const QVariantList accuracies{QVariant::fromValue<QObject *>(controller.accuracyLive),
-                                  QVariant::fromValue<QObject *>(controller.accuracyInit),
-                                  QVariant::fromValue<QObject *>(controller.accuracyInterrupt),
-                                  QVariant::fromValue<QObject *>(controller.accuracyFinal)};
-    QQmlContext *context = m_engine.rootContext();
+void Interface::declareIn(QQmlEngine &engine)
+{
+    const QVariantList accuracies{QVariant::fromValue<QObject *>(m_controller.accuracyLive),
+                                  QVariant::fromValue<QObject *>(m_controller.accuracyInit),
+                                  QVariant::fromValue<QObject *>(m_controller.accuracyInterrupt),
+                                  QVariant::fromValue<QObject *>(m_controller.accuracyFinal)};
+    QQmlContext *context = engine.rootContext();
     context->setContextProperties({
-        {QStringLiteral("controller"), QVariant::fromValue<QObject *>(&controller)},
-        {QStringLiteral("uds"), QVariant::fromValue<QObject *>(controller.uds)},
-        {QStringLiteral("directMeasures"), QVariant::fromValue<QObject *>(controller.directMeasures)},
-        {QStringLiteral("pin"), QVariant::fromValue<QObject *>(controller.pin)},
-        {QStringLiteral("battery"), QVariant::fromValue<QObject *>(controller.battery)},
-        {QStringLiteral("date"), QVariant::fromValue<QObject *>(controller.date)},
-        {QStringLiteral("error"), QVariant::fromValue<QObject *>(controller.error)},
-        {QStringLiteral("calibration"), QVariant::fromValue<QObject *>(controller.calibration)},
+        {QStringLiteral("controller"), QVariant::fromValue<QObject *>(&m_controller)},
+        {QStringLiteral("uds"), QVariant::fromValue<QObject *>(m_controller.uds)},
+        {QStringLiteral("directMeasures"), QVariant::fromValue<QObject *>(m_controller.directMeasures)},
+        {QStringLiteral("pin"), QVariant::fromValue<QObject *>(m_controller.pin)},
+        {QStringLiteral("battery"), QVariant::fromValue<QObject *>(m_controller.battery)},
+        {QStringLiteral("date"), QVariant::fromValue<QObject *>(m_controller.date)},
+        {QStringLiteral("error"), QVariant::fromValue<QObject *>(m_controller.error)},
+        {QStringLiteral("calibration"), QVariant::fromValue<QObject *>(m_controller.calibration)},
         {QStringLiteral("accuracyMeasures"), accuracies},
-        {QStringLiteral("config"), QVariant::fromValue<QObject *>(&config)},
-        {QStringLiteral("database"), QVariant::fromValue<QObject *>(&database)},
-        {QStringLiteral("rooms"), QVariant::fromValue<QObject *>(database.m_LocalItemsListModel)},
-        {QStringLiteral("elements"), QVariant::fromValue<QObject *>(database.m_ElementItemsListModel)},
-        {QStringLiteral("substrates"), QVariant::fromValue<QObject *>(database.m_SubstratItemsListModel)},
-        {QStringLiteral("coatings"), QVariant::fromValue<QObject *>(database.m_RevetementItemsListModel)},
+        {QStringLiteral("config"), QVariant::fromValue<QObject *>(&m_config)},
+        {QStringLiteral("database"), QVariant::fromValue<QObject *>(&m_database)},
+        {QStringLiteral("rooms"), QVariant::fromValue<QObject *>(m_database.m_LocalItemsListModel)},
+        {QStringLiteral("elements"), QVariant::fromValue<QObject *>(m_database.m_ElementItemsListModel)},
+        {QStringLiteral("substrates"), QVariant::fromValue<QObject *>(m_database.m_SubstratItemsListModel)},
+        {QStringLiteral("coatings"), QVariant::fromValue<QObject *>(m_database.m_RevetementItemsListModel)},
         {QStringLiteral("reasonsNotVisited"),
-         QVariant::fromValue<QObject *>(database.m_NonVisiteItemsListModel)},
+         QVariant::fromValue<QObject *>(m_database.m_NonVisiteItemsListModel)},
         {QStringLiteral("reasonsNotMeasured"),
-         QVariant::fromValue<QObject *>(database.m_NonMesureItemsListModel)},
-        {QStringLiteral("statesOfUse"), QVariant::fromValue<QObject *>(database.m_EtatUsageItemsListModel)},
+         QVariant::fromValue<QObject *>(m_database.m_NonMesureItemsListModel)},
+        {QStringLiteral("statesOfUse"), QVariant::fromValue<QObject *>(m_database.m_EtatUsageItemsListModel)},
         {QStringLiteral("statesOfDegradation"),
-         QVariant::fromValue<QObject *>(database.m_EtatDegradeItemsListModel)},
-        {QStringLiteral("usedRooms"), QVariant::fromValue<QObject *>(controller.uds->localProxyModel())},
+         QVariant::fromValue<QObject *>(m_database.m_EtatDegradeItemsListModel)},
+        {QStringLiteral("usedRooms"), QVariant::fromValue<QObject *>(m_controller.uds->localProxyModel())},
         {QStringLiteral("shocks"),
-         QVariant::fromValue<QObject *>(controller.error->findChild<ShockListModel *>())},
+         QVariant::fromValue<QObject *>(m_controller.error->findChild<ShockListModel *>())},
         {QStringLiteral("diagnosticFiles"), QVariant::fromValue<QObject *>(&m_files)},
         {QStringLiteral("logLines"), QVariant::fromValue<QObject *>(&m_log)},
     });
-    m_engine.addImportPath(QStringLiteral("qrc:/halvar"));
+    engine.addImportPath(QStringLiteral("qrc:/halvar"));
 }
 
 Interface::~Interface()

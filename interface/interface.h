@@ -38,10 +38,15 @@ public:
     QQuickWindow *load(const QVariantMap &properties = {});
 
     QQmlApplicationEngine &engine() { return m_engine; }
+    /// Gives another engine the same objects and modules, for single components.
+    void declareIn(QQmlEngine &engine);
     DiagnosticFiles &files() { return m_files; }
 
 private:
     Q_DISABLE_COPY(Interface)
+    HalvarController &m_controller;
+    Config &m_config;
+    Database &m_database;
     QTranslator m_translator;
     DiagnosticFiles m_files;
     LogLines m_log;

@@ -1,0 +1,167 @@
+// SPDX-FileCopyrightText: 2026 Halvar Controller contributors
+// SPDX-License-Identifier: Apache-2.0
+import QtQuick 2.15
+import QtTest 1.2
+import Halvar 4.0
+import HalvarComponents 1.0
+import HalvarStyle 1.0
+
+Item {
+    id: stage
+    width: 480
+    height: 800
+
+    Component { id: cross; LocalisationCross { } }
+    Component {
+        id: stepper
+        Stepper {
+            objectName: "time"
+            width: 452
+            name: "Durée"
+            unit: "s"
+            from: 1
+            to: 120
+            value: 3
+            onChosen: value = number
+        }
+    }
+    Component {
+        id: dialog
+        ConfirmDialog {
+            title: "Supprimer"
+            question: "Vraiment ?"
+            yes: "Supprimer"
+        }
+    }
+    Component { id: toast; Toast { width: 400 } }
+    Component { id: icon; Icon { } }
+    Component {
+        id: row
+        ListRow { width: 452; heading: "Mur"; detail: "Plâtre" }
+    }
+    Component { id: spy; SignalSpy { } }
+
+    ComponentTest {
+        name: "Controls"
+
+        function watch(target, signalName) {
+            return createTemporaryObject(spy, stage, { target: target, signalName: signalName });
+        }
+
+        function test_cross_hasThePositionsWhereTheyLie() {
+            var item = createTemporaryObject(cross, stage);
+            waitForRendering(item);
+            function place(localisation) {
+                var button = named(item, "localisation" + localisation);
+                return button.mapToItem(item, button.width / 2, button.height / 2);
+            }
+            var center = place(LocalisationEnumClass.CENTER);
+            verify(place(LocalisationEnumClass.UP).y < center.y);
+            verify(place(LocalisationEnumClass.DOWN).y > center.y);
+            verify(place(LocalisationEnumClass.LEFT).x < center.x);
+            verify(place(LocalisationEnumClass.RIGHT).x > center.x);
+            compare(bench.complaints(item).join("\n"), "");
+        }
+        function test_cross_givesTheChosenBackWhenTouchedAgain() {
+            var item = createTemporaryObject(cross, stage);
+            var chosen = watch(item, "chosen");
+            mouseClick(named(item, "localisation" + LocalisationEnumClass.UP));
+            compare(chosen.signalArguments[0][0], LocalisationEnumClass.UP);
+            item.value = LocalisationEnumClass.UP;
+            verify(says(item, "Haut"));
+            verify(item.Accessible.name.indexOf("Haut") > 0);
+            mouseClick(named(item, "localisation" + LocalisationEnumClass.UP));
+            compare(chosen.signalArguments[1][0], LocalisationEnumClass.NOT_DETERMINED);
+        }
+        function test_stepper_staysInItsLimits() {
+            var item = createTemporaryObject(stepper, stage, { from: 1, to: 4 });
+            mouseClick(named(item, "timeMore"));
+            compare(item.value, 4);
+            verify(!named(item, "timeMore").enabled);
+            for (var i = 0; i < 3; ++i)
+                mouseClick(named(item, "timeLess"));
+            compare(item.value, 1);
+            verify(!named(item, "timeLess").enabled);
+        }
+        function test_stepper_refusesWhatIsNoNumber() {
+            var item = createTemporaryObject(stepper, stage);
+            var said = watch(Nav, "said");
+            var field = named(item, "timeField");
+            field.forceActiveFocus();
+            field.text = "douze";
+            keyClick(Qt.Key_Return);
+            compare(item.value, 3);
+            compare(field.text, "3");
+            compare(said.count, 1);
+            verify(said.signalArguments[0][0].indexOf("1 à 120") > 0);
+            field.text = "12";
+            keyClick(Qt.Key_Return);
+            compare(item.value, 12);
+            compare(said.count, 1);
+            field.text = "999";
+            keyClick(Qt.Key_Return);
+            compare(item.value, 120);
+            compare(field.text, "120");
+        }
+        function test_dialog_hasItsFocusOnTheHarmlessAnswer() {
+            var item = createTemporaryObject(dialog, stage);
+            var accepted = watch(item, "accepted");
+            item.open();
+            tryVerify(function() { return item.opened; });
+            verify(says(item.contentItem, "Vraiment ?"));
+            verify(named(item.contentItem, "no").activeFocus);
+            compare(named(item.contentItem, "other"), null);
+            compare(bench.complaints(item.contentItem).join("\n"), "");
+            keyClick(Qt.Key_Return);
+            tryVerify(function() { return !item.visible; });
+            compare(accepted.count, 0);
+        }
+        function test_dialog_acceptsByItsButtonOnly() {
+            var item = createTemporaryObject(dialog, stage);
+            var accepted = watch(item, "accepted");
+            item.open();
+            tryVerify(function() { return item.opened; });
+            // Beside it.
+            mouseClick(stage, 5, 5);
+            verify(item.opened);
+            mouseClick(named(item.contentItem, "yes"));
+            compare(accepted.count, 1);
+            verify(Nav.settling);
+        }
+        function test_toast_goesByItselfOrAtATouch() {
+            var item = createTemporaryObject(toast, stage);
+            verify(!item.visible);
+            item.show("Wi-Fi éteint");
+            verify(item.visible);
+            compare(item.Accessible.name, "Wi-Fi éteint");
+            mouseClick(item);
+            verify(!item.visible);
+            item.show("Wi-Fi éteint");
+            tryCompare(item, "visible", false, 6000);
+        }
+        function test_everySign_isDrawn() {
+            for (var name in createTemporaryObject(icon, stage).lines) {
+                var item = createTemporaryObject(icon, stage, { name: name, size: 48, color: "#ff0000" });
+                tryVerify(function() { return bench.pixelsOf(item, "#ff0000") > 20; }, 2000, name);
+                item.visible = false;
+            }
+            var none = createTemporaryObject(icon, stage, { size: 48, color: "#ff0000" });
+            tryVerify(function() { return bench.pixelsOf(none, "#ff0000") === 0; });
+        }
+        function test_row_isChosenByTouchAndKeyAndHasAName() {
+            var item = createTemporaryObject(row, stage);
+            var clicked = watch(item, "clicked");
+            mouseClick(item);
+            item.forceActiveFocus();
+            keyClick(Qt.Key_Return);
+            compare(clicked.count, 2);
+            compare(item.Accessible.name, "Mur, Plâtre");
+            verify(item.height >= 48);
+        }
+        function test_row_keepsItsHeightWithAnyText() {
+            var item = createTemporaryObject(row, stage, { heading: "W".repeat(500), detail: "العربية 🏠 ".repeat(60) });
+            waitForRendering(item);
+            verify(item.height < 160);
+        }
+    }
+}

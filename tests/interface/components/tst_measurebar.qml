@@ -1,0 +1,82 @@
+// SPDX-FileCopyrightText: 2026 Halvar Controller contributors
+// SPDX-License-Identifier: Apache-2.0
+import QtQuick 2.15
+import Halvar 4.0
+import HalvarComponents 1.0
+import HalvarStyle 1.0
+
+Item {
+    id: stage
+    width: 480
+    height: 800
+
+    Component { id: measureBar; MeasureBar { width: 400 } }
+    Component { id: measureFace; MeasureFace { width: 400 } }
+
+    ComponentTest {
+        name: "MeasureBar"
+
+        // The bar up to the value, by its colour; its length in mg/cm².
+        function lengthOf(bar) {
+            var drawn = itemsOf(bar).filter(function(item) { return String(item.color) === String(bar.tint); });
+            compare(drawn.length, 1);
+            return drawn[0].width / bar.unit;
+        }
+        function test_bar_endsAtTheConcentration_data() {
+            return [{ tag: "below the threshold", concentration: 0.4, sigma: 0.1 },
+                    { tag: "at it", concentration: 1.0, sigma: 0.2 },
+                    { tag: "above", concentration: 3.2, sigma: 0.3 },
+                    { tag: "far above", concentration: 42.5, sigma: 1.1 }];
+        }
+        function test_bar_endsAtTheConcentration(data) {
+            var bar = createTemporaryObject(measureBar, stage,
+                { concentration: data.concentration, sigma: data.sigma, tint: "#123456" });
+            fuzzyCompare(lengthOf(bar), data.concentration, 0.01 * bar.full);
+            // Value and bracket are inside.
+            verify(data.concentration + data.sigma <= bar.full);
+            verify(says(bar, "seuil 1,0"));
+            compare(bar.Accessible.name.indexOf(Words.concentration(data.concentration)), 0);
+        }
+        function test_negativeConcentration_drawsNoBar() {
+            var bar = createTemporaryObject(measureBar, stage, { concentration: -0.5, sigma: 0.1, tint: "#123456" });
+            compare(lengthOf(bar), 0);
+        }
+        function test_threshold_keepsItsPlaceAsLongAsTheValueIsSmall() {
+            var bar = createTemporaryObject(measureBar, stage, { concentration: 0.1, sigma: 0.1 });
+            compare(bar.threshold / bar.full, 0.4);
+            bar.concentration = 1.4;
+            compare(bar.threshold / bar.full, 0.4);
+            bar.concentration = 8;
+            verify(bar.threshold / bar.full < 0.2);
+        }
+        function test_reference_isNamedWithItsPrecision() {
+            var bar = createTemporaryObject(measureBar, stage, { threshold: 1.04, precision: 0.15 });
+            verify(says(bar, "référence 1,04 ± 0,15"));
+        }
+        function test_face_tellsValueSignAndWord_data() {
+            return [{ tag: "positive", decision: DetectionDecisionEnumClass.POSITIVE, word: "Positive", sign: "plus" },
+                    { tag: "negative", decision: DetectionDecisionEnumClass.NEGATIVE, word: "Négative", sign: "minus" },
+                    { tag: "open", decision: DetectionDecisionEnumClass.NOT_DETERMINED, word: "Indéterminée", sign: "question" },
+                    { tag: "too far", decision: DetectionDecisionEnumClass.COMPTON_ERROR, word: "Trop loin de la surface", sign: "warning" }];
+        }
+        function test_face_tellsValueSignAndWord(data) {
+            var face = createTemporaryObject(measureFace, stage,
+                { heading: "Mesure 3", concentration: 1.234, sigma: 0.2, decision: data.decision });
+            verify(says(face, "1,23"));
+            verify(says(face, "± 0,20 mg/cm²"));
+            verify(says(face, data.word));
+            verify(itemsOf(face).some(function(item) { return item.name === data.sign; }));
+            verify(face.Accessible.name.indexOf(data.word) > 0);
+            compare(bench.complaints(face).join("\n"), "");
+        }
+        function test_faceWithoutAResult_showsNoZero() {
+            var face = createTemporaryObject(measureFace, stage, { heading: "Mesure 1", live: true });
+            verify(!says(face, "0,00"));
+            verify(!says(face, Words.decision(face.decision)));
+            face.concentration = 0.31;
+            face.sigma = 0.2;
+            verify(says(face, "0,31"));
+            verify(says(face, Words.decision(face.decision)));
+        }
+    }
+}

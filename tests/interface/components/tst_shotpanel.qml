@@ -1,0 +1,73 @@
+// SPDX-FileCopyrightText: 2026 Halvar Controller contributors
+// SPDX-License-Identifier: Apache-2.0
+import QtQuick 2.15
+import Halvar 4.0
+import HalvarComponents 1.0
+import HalvarStyle 1.0
+
+Item {
+    id: stage
+    width: 480
+    height: 800
+
+    Component { id: shotPanel; ShotPanel { width: 452 } }
+
+    ComponentTest {
+        name: "ShotPanel"
+
+        function cleanupTestCase() { Instrument.standby(); }
+
+        function test_standby_saysThatTheTriggerDoesNothing() {
+            Instrument.standby();
+            var panel = createTemporaryObject(shotPanel, stage);
+            verify(says(panel, "En veille"));
+            verify(says(panel, "La détente est sans effet."));
+        }
+        function test_notReady_isToldBeforeTheShot() {
+            var panel = createTemporaryObject(shotPanel, stage);
+            bench.conditions(false, 21, 1200);
+            Instrument.measureDirect();
+            verify(says(panel, "L'instrument n'est pas prêt"));
+            bench.conditions(true, 21, 1200);
+            verify(says(panel, "pressez la détente et maintenez-la"));
+        }
+        function test_everyPhase_saysWhatHappensAndWhatToDo() {
+            bench.conditions(true, 21, 1200);
+            Instrument.setMeasureMode(MeasureModeEnumClass.TRIGGER);
+            Instrument.measureDirect();
+            var panel = createTemporaryObject(shotPanel, stage);
+            verify(says(panel, "Prêt à mesurer"));
+            bench.openShutter();
+            verify(says(panel, "Obturateur ouvert"));
+            verify(says(panel, "Maintenez la détente"));
+            bench.startMeasure();
+            verify(says(panel, "La mesure s'établit"));
+            bench.tellResult(2.5, 0.3, DetectionDecisionEnumClass.POSITIVE);
+            bench.tellResult(2.6, 0.28, DetectionDecisionEnumClass.POSITIVE);
+            verify(says(panel, "Mesure en cours"));
+            verify(says(panel, "jusqu'à la décision"));
+            for (var i = 0; i < 4; ++i)
+                bench.tellResult(2.7 + i / 10, 0.2, DetectionDecisionEnumClass.POSITIVE);
+            verify(says(panel, "relâchez la détente"));
+            compare(bench.complaints(panel).join("\n"), "");
+            bench.tellEnd();
+            verify(says(panel, "Mesure terminée"));
+            compare(directMeasures.count, 1);
+        }
+        function test_modes_adviseTheirOwn_data() {
+            return [{ tag: "defined", mode: MeasureModeEnumClass.DEFINED, text: "Maintenez : la mesure dure" },
+                    { tag: "auto", mode: MeasureModeEnumClass.AUTO, text: "la mesure s'arrête d'elle-même" }];
+        }
+        function test_modes_adviseTheirOwn(data) {
+            Instrument.setMeasureMode(data.mode);
+            Instrument.measureDirect();
+            var panel = createTemporaryObject(shotPanel, stage);
+            bench.openShutter();
+            bench.startMeasure();
+            bench.tellResult(2.5, 0.3, DetectionDecisionEnumClass.NOT_DETERMINED);
+            bench.tellResult(2.4, 0.2, DetectionDecisionEnumClass.NOT_DETERMINED);
+            verify(says(panel, data.text));
+            bench.tellEnd();
+        }
+    }
+}
