@@ -13,7 +13,7 @@ namespace {
 
 // The parser compares each attribute of a tag with every other, and looks through all name spaces for each
 // name.
-constexpr int MostAttributes = 256;
+constexpr int MostAttributes = XmlScanner::noticedAttributes;
 constexpr int MostDeclarations = 256;
 // Each may stand for 4096 characters.
 constexpr int MostReferences = 256;
@@ -52,7 +52,7 @@ public:
     bool isSequential() const override { return true; }
     bool atEnd() const override { return !m_refusal.isEmpty() || m_file->atEnd(); }
     /// Why it ended before its file; empty when it did not.
-    QString refusal() const { return m_refusal; }
+    const QString &refusal() const { return m_refusal; }
     int width() const { return m_scanner.width(); }
     qint64 delivered() const { return m_delivered; }
     void rootIsReached() { m_inProlog = false; }
@@ -108,47 +108,67 @@ void XmlReader::clear()
 
 XmlReader::TokenType XmlReader::readNext()
 {
-    judge(QXmlStreamReader::readNext());
-    return tokenType();
-}
-
-void XmlReader::judge(TokenType token)
-{
+    const TokenType token = QXmlStreamReader::readNext();
     if (m_guard && !m_guard->refusal().isEmpty()) {
         raiseError(m_guard->refusal());
-    } else if (token == StartDocument) {
-        const QString encoding = documentEncoding().toString();
-        if (m_guard && !encoding.isEmpty()
-            && !isPlain(QTextCodec::codecForName(encoding.toLatin1()), m_guard->width()))
-            raiseError(QStringLiteral("The encoding %1 is not read.").arg(encoding));
-    } else if (token == DTD) {
+        return tokenType();
+    }
+    switch (token) {
+    case EndElement:
+        --m_depth;
+        return token;
+    case StartElement:
+        judgeElement();
+        return tokenType();
+    case StartDocument:
+    case DTD:
+        judgeProlog(token);
+        return tokenType();
+    default:
+        return token;
+    }
+}
+
+void XmlReader::judgeElement()
+{
+    if (m_guard)
+        m_guard->rootIsReached();
+    m_declarations += namespaceDeclarations().size();
+    if (m_declarations > MostDeclarations)
+        raiseError(QStringLiteral("More than %1 name spaces.").arg(MostDeclarations));
+    else if (++m_depth > m_deepest) {
+        m_deepest = m_depth;
+        account(LevelSize);
+    }
+}
+
+void XmlReader::judgeProlog(TokenType token)
+{
+    if (token == DTD) {
         // Each element would get all the defaults that are declared. A declaration may hide behind a '%'.
         if (text().contains(QLatin1String("ATTLIST")) || text().contains(QLatin1Char('%')))
             raiseError(QStringLiteral("Declarations of attributes and parameters are not read."));
-    } else if (token == StartElement) {
-        if (m_guard)
-            m_guard->rootIsReached();
-        m_declarations += namespaceDeclarations().size();
-        if (m_declarations > MostDeclarations)
-            raiseError(QStringLiteral("More than %1 name spaces.").arg(MostDeclarations));
-        else if (++m_depth > m_deepest) {
-            m_deepest = m_depth;
-            account(LevelSize);
-        }
-    } else if (token == EndElement) {
-        --m_depth;
+        return;
     }
+    const QString encoding = documentEncoding().toString();
+    if (m_guard && !encoding.isEmpty()
+        && !isPlain(QTextCodec::codecForName(encoding.toLatin1()), m_guard->width()))
+        raiseError(QStringLiteral("The encoding %1 is not read.").arg(encoding));
 }
 
 bool XmlReader::readNextStartElement()
 {
-    while (readNext() != Invalid) {
-        if (isEndElement())
+    for (;;) {
+        switch (readNext()) {
+        case Invalid:
+        case EndElement:
             return false;
-        if (isStartElement())
+        case StartElement:
             return true;
+        default:
+            break;
+        }
     }
-    return false;
 }
 
 void XmlReader::skipCurrentElement()

@@ -58,7 +58,8 @@ public:
 private:
     class Guard;
 
-    void judge(TokenType token);
+    void judgeElement();
+    void judgeProlog(TokenType token);
 
     std::unique_ptr<Guard> m_guard;
     qint64 m_taken = 0;

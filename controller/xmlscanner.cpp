@@ -3,12 +3,21 @@
 #include "xmlscanner.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace halvar {
 
 namespace {
 
 constexpr int longestOwnEntity = 4; // "apos", "quot"
+
+constexpr int shortestAttribute = 4; // a=""
+
+const uchar *find(const uchar *bytes, const uchar *end, char byte)
+{
+    const void *const found = std::memchr(bytes, byte, std::size_t(end - bytes));
+    return found ? static_cast<const uchar *>(found) : end;
+}
 
 bool isOwnEntity(const QByteArray &name)
 {
@@ -20,22 +29,78 @@ bool isOwnEntity(const QByteArray &name)
 
 void XmlScanner::scan(const char *bytes, qint64 size)
 {
+    if (m_width == 1) {
+        scanSingle(bytes, size);
+        return;
+    }
     m_rest.append(bytes, int(size));
     if (m_width == 0)
         detectWidth();
     if (m_width == 0)
         return;
     const int whole = m_rest.size() / m_width * m_width;
-    const auto *byte = reinterpret_cast<const uchar *>(m_rest.constData());
-    for (int at = 0; at < whole; at += m_width) {
+    if (m_width == 1)
+        scanSingle(m_rest.constData(), whole);
+    else
+        scanWide(m_rest.constData(), whole);
+    m_rest.remove(0, whole);
+}
+
+void XmlScanner::scanWide(const char *bytes, int size)
+{
+    const auto *byte = reinterpret_cast<const uchar *>(bytes);
+    for (int at = 0; at < size; at += m_width) {
         uint character = 0;
         for (int i = 0; i < m_width; ++i)
             character = character << 8 | byte[at + (m_littleEndian ? m_width - 1 - i : i)];
         take(character);
-        m_before[1] = m_before[0];
-        m_before[0] = character;
     }
-    m_rest.remove(0, whole);
+}
+
+void XmlScanner::scanSingle(const char *bytes, qint64 size)
+{
+    const auto *byte = reinterpret_cast<const uchar *>(bytes);
+    const uchar *const end = byte + size;
+    const bool refers = find(byte, end, '&') != end;
+    while (byte != end) {
+        if (m_state == Text && !refers)
+            byte = behindShortTags(byte, end);
+        byte = nextToTake(byte, end);
+        if (byte != end)
+            take(*byte++);
+    }
+}
+
+// No tag holds a '<', not even in a value: one that is followed by the next within so few bytes needs no
+// look.
+const uchar *XmlScanner::behindShortTags(const uchar *bytes, const uchar *end) const
+{
+    const uchar *tag = find(bytes, end, '<');
+    while (tag != end && tag + 1 != end && tag[1] != '!' && tag[1] != '?') {
+        const uchar *const next = find(tag + 1, end, '<');
+        if (next == end || next - tag > noticedAttributes * shortestAttribute)
+            break;
+        tag = next;
+    }
+    return tag;
+}
+
+// Nearly all of a document is text, tags and values, and only few characters in them are the end of
+// something.
+const uchar *XmlScanner::nextToTake(const uchar *bytes, const uchar *end) const
+{
+    switch (m_state) {
+    case Text:
+        return std::find_if(bytes, end, [](uchar byte) { return byte == '<' || byte == '&'; });
+    case Tag:
+        return std::find_if(
+            bytes, end, [](uchar byte) { return byte == '=' || byte == '"' || byte == '\'' || byte == '>'; });
+    case Value:
+        return std::find_if(bytes, end,
+                            [quote = m_quote](uchar byte) { return byte == quote || byte == '&'; });
+    default:
+        return bytes;
+    }
 }
 
 void XmlScanner::detectWidth()
@@ -133,6 +198,8 @@ void XmlScanner::take(uint character)
         m_entity.clear();
     }
     m_length = m_state == before ? m_length + 1 : 0;
+    m_before[1] = m_before[0];
+    m_before[0] = character;
 }
 
 void XmlScanner::takeReference(uint character)

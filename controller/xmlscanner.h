@@ -18,7 +18,9 @@ public:
 
     /// Bytes of one character of the encoding: 1, 2 or 4.
     int width() const { return m_width; }
-    /// Most attributes that a tag had so far.
+    /// A tag of fewer attributes need not be counted.
+    static constexpr int noticedAttributes = 256;
+    /// Most attributes that a tag had so far, of those that were counted.
     int mostAttributes() const { return m_mostAttributes; }
     /// References to entities other than XML's own five.
     int references() const { return m_references; }
@@ -40,6 +42,10 @@ private:
     };
 
     void detectWidth();
+    void scanSingle(const char *bytes, qint64 size);
+    void scanWide(const char *bytes, int size);
+    const uchar *behindShortTags(const uchar *bytes, const uchar *end) const;
+    const uchar *nextToTake(const uchar *bytes, const uchar *end) const;
     void take(uint character);
     void takeReference(uint character);
     void takeBang(uint character);
@@ -52,8 +58,9 @@ private:
     State m_around = Text; ///< where a reference is from
     bool m_inSubset = false;
     uint m_quote = 0;
-    uint m_before[2] = {0, 0}; ///< the characters before this one, the nearer first
-    int m_length = 0; ///< characters since the state was entered
+    // Of the characters that were taken; in comments and the like these are all.
+    uint m_before[2] = {0, 0}; ///< the ones before this one, the nearer first
+    int m_length = 0; ///< since the state was entered
     QByteArray m_entity; ///< the beginning of the name of the one that is referred to
     int m_attributes = 0;
     int m_mostAttributes = 0;

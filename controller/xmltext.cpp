@@ -3,6 +3,7 @@
 #include "xmltext.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace halvar {
 
@@ -46,7 +47,9 @@ QString xmlText(const QString &text)
 
 void keepCarriageReturns(QByteArray &document)
 {
-    document.replace('\r', QByteArrayLiteral("&#13;"));
+    // Hardly any document has one, and this search costs nearly nothing.
+    if (std::memchr(document.constData(), '\r', std::size_t(document.size())))
+        document.replace('\r', QByteArrayLiteral("&#13;"));
 }
 
 } // namespace halvar
