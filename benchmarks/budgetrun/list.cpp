@@ -43,6 +43,7 @@ void change(int row)
 
 void read()
 {
+    qRegisterMetaType<BenchItem::Decision>(); // as those of the library's own items are
     List list;
     fill(list);
     qint64 valid = 0;
