@@ -87,7 +87,7 @@ void Soak::slowService()
     m_controller->requestUpdate();
     command("napDelay", {{QStringLiteral("ms"), 0}});
     // The status that was asked for says that nothing runs; it must not come while the next shot does.
-    pause(500);
+    pause(1000);
 }
 
 void Soak::earlyRelease()
@@ -95,8 +95,8 @@ void Soak::earlyRelease()
     // Before the second result the library keeps measuring for two seconds more.
     command("speed", {{QStringLiteral("value"), 5}});
     press();
+    waitFor([this] { return m_detections >= 1; }, QStringLiteral("a result is to come"));
     command("release");
-    pause(2200);
-    waitFor([this] { return isIdle(); }, QStringLiteral("the measure is to end"));
+    waitFor([this] { return m_finishedId >= 0 && isIdle(); }, QStringLiteral("the measure is to end"));
     command("speed", {{QStringLiteral("value"), m_options.speed}});
 }
