@@ -23,38 +23,50 @@ Dialog {
     // A tap beside it answers nothing.
     closePolicy: Popup.CloseOnEscape
     onOpened: noButton.forceActiveFocus()
+    // Neither does the second tap of the double tap that opened it, nor does that of an answer reach what is below.
+    onAboutToShow: Nav.settle()
     onClosed: Nav.settle()
 
-    contentItem: Column {
-        spacing: Theme.margin
+    contentItem: Item {
+        implicitHeight: column.implicitHeight
 
-        Body {
+        Column {
+            id: column
             width: parent.width
-            text: dialog.question
-        }
-        Button {
-            objectName: "yes"
-            width: parent.width
-            text: dialog.yes
-            highlighted: true
-            onClicked: dialog.accept()
-        }
-        Button {
-            objectName: "other"
-            width: parent.width
-            visible: text !== ""
-            text: dialog.other
-            onClicked: {
-                dialog.close();
-                dialog.otherChosen();
+            spacing: Theme.margin
+
+            Body {
+                width: parent.width
+                text: dialog.question
+            }
+            Button {
+                objectName: "yes"
+                width: parent.width
+                text: dialog.yes
+                highlighted: true
+                onClicked: dialog.accept()
+            }
+            Button {
+                objectName: "other"
+                width: parent.width
+                visible: text !== ""
+                text: dialog.other
+                onClicked: {
+                    dialog.close();
+                    dialog.otherChosen();
+                }
+            }
+            Button {
+                id: noButton
+                objectName: "no"
+                width: parent.width
+                text: dialog.no
+                onClicked: dialog.reject()
             }
         }
-        Button {
-            id: noButton
-            objectName: "no"
-            width: parent.width
-            text: dialog.no
-            onClicked: dialog.reject()
+        MouseArea {
+            anchors.fill: parent
+            visible: Nav.settling
         }
     }
 }

@@ -121,9 +121,14 @@ Item {
             var accepted = watch(item, "accepted");
             item.open();
             tryVerify(function() { return item.opened; });
+            // The second tap of the double tap that opened it.
+            mouseClick(named(item.contentItem, "yes"));
+            verify(item.opened);
+            tryCompare(Nav, "settling", false);
             // Beside it.
             mouseClick(stage, 5, 5);
             verify(item.opened);
+            compare(accepted.count, 0);
             mouseClick(named(item.contentItem, "yes"));
             compare(accepted.count, 1);
             verify(Nav.settling);
