@@ -101,11 +101,19 @@ try {
     QTRY_COMPARE(shown("shell"), QStringLiteral("napwifi 1"));
     QCOMPARE(QProcess::execute(QStringLiteral("napssid"), {QStringLiteral("two words")}), 0);
     QTRY_COMPARE(shown("shell"), QStringLiteral("napssid 'two words'"));
+    // As long as the one that the instrument begins with.
+    QCOMPARE(QProcess::execute(QStringLiteral("napssid"),
+                               {QStringLiteral("SIM-0001"), QStringLiteral("instrument-simule")}),
+             0);
+    QTRY_COMPARE(shown("shell"), QStringLiteral("napssid SIM-0001 instrument-simule"));
     const QJsonObject last = bench.panelWindow->panel().last();
     for (const char *const part : {"beeper", "light", "shutter", "gpio", "shell"})
         QVERIFY(
             !last.value(QLatin1String(part)).toObject().value(QLatin1String("time")).toString().isEmpty());
-    VERIFY_NOTHING_FOUND(complaints(bench.window));
+    for (const QSize &size : {Smallest, Middle, Usual}) {
+        bench.resize(size);
+        VERIFY_NOTHING_FOUND(complaints(bench.window));
+    }
     VERIFY_NOTHING_FOUND(bench.watch.warnings());
 } catch (const Failure &failure) {
     QFAIL(qUtf8Printable(failure.text));

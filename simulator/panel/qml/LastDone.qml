@@ -32,7 +32,7 @@ Column {
 
             objectName: row.part + "Done"
             width: parent.width
-            height: 26
+            height: Math.max(26, what.implicitHeight + 4)
             Accessible.role: Accessible.StaticText
             Accessible.name: row.name + " : " + what.text
 
@@ -60,6 +60,8 @@ Column {
                 text: parent.row.text || qsTr("rien encore")
                 color: Theme.text
                 font { pixelSize: Theme.fontSmall; weight: Font.DemiBold }
+                wrapMode: Text.Wrap
+                maximumLineCount: 2
                 elide: Text.ElideRight
                 textFormat: Text.PlainText
             }

@@ -85,13 +85,13 @@ Item {
         delegate: Item {
             objectName: "trafficLine"
             width: list.width - Theme.margin
-            height: 22
+            height: Math.max(22, line.implicitHeight + 4)
             Accessible.role: Accessible.ListItem
             Accessible.name: link.text + " " + line.text
 
             Text {
                 id: time
-                anchors.verticalCenter: parent.verticalCenter
+                y: 2
                 width: 92
                 text: model.time
                 color: Theme.textSecondary
@@ -99,7 +99,7 @@ Item {
             }
             Text {
                 id: link
-                anchors { left: time.right; verticalCenter: parent.verticalCenter }
+                anchors { left: time.right; top: time.top }
                 width: 56
                 // Seen from the instrument.
                 text: (model.incoming ? "→ " : "← ") + model.link
@@ -108,11 +108,11 @@ Item {
             }
             Text {
                 id: line
-                anchors { left: link.right; right: parent.right; verticalCenter: parent.verticalCenter }
+                anchors { left: link.right; right: parent.right; top: time.top }
                 text: model.text
                 color: Theme.text
                 font.pixelSize: Theme.fontTiny
-                elide: Text.ElideRight
+                wrapMode: Text.Wrap
                 textFormat: Text.PlainText
             }
         }
