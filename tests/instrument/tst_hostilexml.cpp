@@ -25,6 +25,14 @@ QByteArray numbered(const char *piece, int size)
     return text;
 }
 
+QByteArray attributes(int count)
+{
+    QByteArray text;
+    for (int i = 0; i < count; ++i)
+        text += " a" + QByteArray::number(i) + "=\"\"";
+    return text;
+}
+
 constexpr int Megabyte = 1000 * 1000;
 
 } // namespace
@@ -56,6 +64,9 @@ private slots:
         QByteArray wide("\xff\xfe");
         for (const char letter : utf16)
             wide.append(letter).append('\0');
+        // Neither the length of the tag nor what stands behind it tells this one from an honest one.
+        QTest::newRow("one attribute too many, among others") << "<Data><a" + attributes(257) + "/>"
+                + numbered("<b/>", 1000) + "</Data>" << QStringLiteral("More than 256 attributes.");
         QTest::newRow("attributes in UTF-16") << wide << QStringLiteral("More than 256 attributes.");
         QTest::newRow("attributes behind brackets in values") << "<Data" + numbered(" a#=\"'>\"", Megabyte)
                 + "/>" << QStringLiteral("More than 256 attributes.");
@@ -93,6 +104,23 @@ private slots:
             reader.readNext();
         QCOMPARE(reader.errorString(), error);
         QVERIFY2(timer.elapsed() < 20000, qPrintable(QString::number(timer.elapsed())));
+    }
+
+    void allowedNumbers_areRead()
+    {
+        QByteArray document("<!DOCTYPE d [<!ENTITY e 'x'>]><Data><a" + attributes(256) + "/>"
+                            + QByteArray("&e;").repeated(256) + "</Data>");
+        QBuffer file(&document);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        halvar::XmlReader reader;
+        reader.setDevice(&file);
+        int most = 0;
+        while (!reader.atEnd() && !reader.hasError()) {
+            if (reader.readNext() == halvar::XmlReader::TokenType::StartElement)
+                most = qMax(most, reader.attributes().size());
+        }
+        QCOMPARE(reader.errorString(), QString());
+        QCOMPARE(most, 256);
     }
 
     void manyNewTitles_areReadWithinSeconds()
