@@ -13,6 +13,9 @@
 namespace {
 
 const QString Suffix = QStringLiteral(".xml");
+const QString CopySuffix = QStringLiteral(".xml.damaged");
+/// What file systems take, with the suffix.
+constexpr int MaxNameBytes = 255;
 
 } // namespace
 
@@ -72,6 +75,25 @@ bool DiagnosticFiles::contains(const QString &name) const
     return QFileInfo(pathOf(name)).isFile();
 }
 
+QString DiagnosticFiles::nameToSave(const QString &path) const
+{
+    const QString file = QFileInfo(path).fileName();
+    if (file.endsWith(Suffix))
+        return file.chopped(Suffix.size());
+    QString original = file.left(file.indexOf(CopySuffix));
+    for (int number = 1;; ++number) {
+        const QString mark =
+            number == 1 ? tr(" (récupéré)") : tr(" (récupéré %1)", "a further copy").arg(number);
+        QString name = original + mark;
+        while (QFile::encodeName(name + Suffix).size() > MaxNameBytes) {
+            original.chop(1);
+            name = original + mark;
+        }
+        if (!contains(name))
+            return name;
+    }
+}
+
 void DiagnosticFiles::refresh()
 {
     if (m_watcher.directories().isEmpty() && QFileInfo(m_directory).isDir())
@@ -84,7 +106,7 @@ void DiagnosticFiles::refresh()
     QVector<Entry> files;
     const QFileInfoList infos =
         QDir(m_directory)
-            .entryInfoList({QLatin1Char('*') + Suffix, QStringLiteral("*.xml.damaged*")},
+            .entryInfoList({QLatin1Char('*') + Suffix, QLatin1Char('*') + CopySuffix + QLatin1Char('*')},
                            QDir::Files | QDir::Hidden, QDir::Time);
     for (const QFileInfo &info : infos) {
         const Entry before = known.value(info.filePath());

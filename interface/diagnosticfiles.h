@@ -47,6 +47,10 @@ public:
     Q_INVOKABLE QString pathOf(const QString &name) const;
     /// Whether a diagnostic of this name is there now.
     Q_INVOKABLE bool contains(const QString &name) const;
+    /// Under which name the diagnostic in one of the listed files is to be saved, whatever name its content
+    /// gives: that of the file, so that it replaces no other; for a kept copy of a damaged file a name that
+    /// is still free.
+    Q_INVOKABLE QString nameToSave(const QString &path) const;
 
 public slots:
     void refresh();

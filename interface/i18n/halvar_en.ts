@@ -191,6 +191,15 @@
         <source>illisible à la ligne&#xa0;%1, colonne %2</source>
         <translation>unreadable at line %1, column %2</translation>
     </message>
+    <message>
+        <source> (récupéré)</source>
+        <translation> (recovered)</translation>
+    </message>
+    <message>
+        <source> (récupéré %1)</source>
+        <comment>a further copy</comment>
+        <translation> (recovered %1)</translation>
+    </message>
 </context>
 <context>
     <name>DiagnosticScreen</name>

@@ -19,14 +19,13 @@ Screen {
         onClicked: Nav.open("NewDiagnosticScreen")
     }
 
-    function load(path, name) {
+    function load(path) {
         // What is open goes to its file first.
         controller.saveFile();
         controller.initFile();
         controller.loadFile(path);
-        // A damaged file may end before it says what it is called.
-        if (controller.fileName === "")
-            controller.fileName = name;
+        // Not what the content says: a copy would be saved over the diagnostic that it was made of.
+        controller.fileName = diagnosticFiles.nameToSave(path);
         Nav.open("DiagnosticScreen");
     }
 
@@ -40,7 +39,7 @@ Screen {
         question: qsTr("« %1 » n'est pas lisible en entier (%2). Ouvrir ce qui peut l'être ? L'original est gardé à côté.")
             .arg(name).arg(problem)
         yes: qsTr("Ouvrir ce qui est lisible")
-        onAccepted: screen.load(path, name)
+        onAccepted: screen.load(path)
     }
     ConfirmDialog {
         id: removeDialog
@@ -82,7 +81,7 @@ Screen {
             }
             onClicked: {
                 if (!model.damaged) {
-                    screen.load(model.path, model.name);
+                    screen.load(model.path);
                     return;
                 }
                 damagedDialog.path = model.path;

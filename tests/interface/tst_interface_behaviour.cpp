@@ -48,6 +48,14 @@ int delegatesOf(QQuickItem *list)
     return count;
 }
 
+QByteArray contentOf(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        throw Failure{file.errorString()};
+    return file.readAll();
+}
+
 /// WCAG's relative luminance, and the contrast of two colours, 1 to 21.
 double luminance(const QColor &color)
 {
@@ -85,6 +93,8 @@ private slots:
     void badNameOfADiagnostic_isRefusedWithItsReason_data();
     void badNameOfADiagnostic_isRefusedWithItsReason();
     void damagedFile_isOpenedOnlyWhenConfirmed();
+    void copyOfADiagnostic_isNotSavedOverIt_data();
+    void copyOfADiagnostic_isNotSavedOverIt();
     void room_isFoundWithoutAccentsAndOnlyWhenActivated();
     void newRoom_isKeptInTheDatabase();
     void unitWithAResult_putsTheTriggerAside();
@@ -427,6 +437,58 @@ try {
     showcase.hand->tap(QStringLiteral("yes"));
     showcase.hand->waitForScreen(QStringLiteral("DiagnosticScreen"));
     QVERIFY(showcase->uds->count() > 0);
+} catch (const Failure &failure) {
+    QFAIL(qUtf8Printable(failure.text));
+}
+
+void TstInterfaceBehaviour::copyOfADiagnostic_isNotSavedOverIt_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<int>("bytes");
+    QTest::addColumn<QString>("listed");
+    QTest::addColumn<QString>("name");
+    QTest::newRow("damaged copy") << "Cave-7.xml.damaged" << 2500 << "Cave-7.xml.damaged"
+                                  << "Cave-7 (récupéré)";
+    QTest::newRow("second damaged copy") << "Cave-7.xml.damaged.1" << 2500 << "Cave-7.xml.damaged.1"
+                                         << "Cave-7 (récupéré)";
+    QTest::newRow("whole copy") << "Copie.xml" << 100000 << "Copie"
+                                << "Copie";
+}
+
+void TstInterfaceBehaviour::copyOfADiagnostic_isNotSavedOverIt()
+try {
+    QFETCH(QString, file);
+    QFETCH(int, bytes);
+    QFETCH(QString, listed);
+    QFETCH(QString, name);
+    Showcase &showcase = *m_showcase;
+    const QString files = Showcase::home() + QStringLiteral("files/");
+    const QByteArray original = contentOf(files + QStringLiteral("Cave-7.xml"));
+    const QByteArray content = original.left(bytes);
+    QFile copy(files + file);
+    QVERIFY(copy.open(QIODevice::WriteOnly));
+    QCOMPARE(copy.write(content), qint64(content.size()));
+    copy.close();
+    showcase.unlock();
+    showcase.open(QStringLiteral("DiagnosticsScreen"));
+    showcase.hand->tap(listed);
+    if (content != original)
+        showcase.hand->tap(QStringLiteral("yes"));
+    showcase.hand->waitForScreen(QStringLiteral("DiagnosticScreen"));
+    QCOMPARE(showcase->fileName(), name);
+    QVERIFY(showcase->uds->count() > 0);
+    showcase.hand->tap(QStringLiteral("back"));
+    showcase.hand->waitForScreen(QStringLiteral("DiagnosticsScreen"));
+    QCOMPARE(contentOf(files + QStringLiteral("Cave-7.xml")), original);
+    QVERIFY(QFile::exists(files + name + QStringLiteral(".xml")));
+    if (content != original) {
+        QCOMPARE(contentOf(files + file), content);
+        // What was recovered before is not replaced either.
+        showcase.hand->tap(listed);
+        showcase.hand->tap(QStringLiteral("yes"));
+        showcase.hand->waitForScreen(QStringLiteral("DiagnosticScreen"));
+        QCOMPARE(showcase->fileName(), QStringLiteral("Cave-7 (récupéré 2)"));
+    }
 } catch (const Failure &failure) {
     QFAIL(qUtf8Printable(failure.text));
 }
