@@ -10,6 +10,8 @@
 
 #include <algorithm>
 
+#include <sys/stat.h>
+
 namespace {
 
 const QString Suffix = QStringLiteral(".xml");
@@ -73,6 +75,24 @@ QString DiagnosticFiles::pathOf(const QString &name) const
 bool DiagnosticFiles::contains(const QString &name) const
 {
     return QFileInfo(pathOf(name)).isFile();
+}
+
+bool DiagnosticFiles::exists(const QString &path) const
+{
+    return QFileInfo::exists(path);
+}
+
+QString DiagnosticFiles::stampOf(const QString &name) const
+{
+    struct stat status = {};
+    if (::stat(QFile::encodeName(pathOf(name)).constData(), &status) != 0)
+        return QString();
+    // A save puts a new file in the place of the old one, so it has another number; clocks tick too slowly.
+    return QStringLiteral("%1 %2.%3 %4")
+        .arg(status.st_ino)
+        .arg(status.st_mtim.tv_sec)
+        .arg(status.st_mtim.tv_nsec)
+        .arg(status.st_size);
 }
 
 QString DiagnosticFiles::nameToSave(const QString &path) const

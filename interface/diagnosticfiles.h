@@ -47,6 +47,11 @@ public:
     Q_INVOKABLE QString pathOf(const QString &name) const;
     /// Whether a diagnostic of this name is there now.
     Q_INVOKABLE bool contains(const QString &name) const;
+    /// Whether a listed file is still there now.
+    Q_INVOKABLE bool exists(const QString &path) const;
+    /// Tells one state of a diagnostic's file from another: it is different after each save that succeeded,
+    /// also when the content is the same. Empty when there is no file.
+    Q_INVOKABLE QString stampOf(const QString &name) const;
     /// Under which name the diagnostic in one of the listed files is to be saved, whatever name its content
     /// gives: that of the file, so that it replaces no other; for a kept copy of a damaged file a name that
     /// is still free.

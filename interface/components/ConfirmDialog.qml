@@ -20,18 +20,26 @@ Dialog {
     x: Math.round((parent.width - width) / 2)
     y: Math.round((parent.height - height) / 2)
     width: Math.min(parent.width - 2 * Theme.margin, 440)
-    // A tap beside it answers nothing.
-    closePolicy: Popup.CloseOnEscape
-    onOpened: noButton.forceActiveFocus()
-    // Neither does the second tap of the double tap that opened it, nor does that of an answer reach what is below.
+    // The second tap of a double tap must neither answer nor land on what the dialog uncovers; a tap beside it answers
+    // nothing.
     onAboutToShow: Nav.settle()
+    onOpened: takeFocus()
     onClosed: Nav.settle()
+    closePolicy: Nav.settling ? Popup.NoAutoClose : Popup.CloseOnEscape
+
+    function takeFocus() { (Nav.settling ? waiting : noButton).forceActiveFocus(); }
+
+    Connections {
+        target: Nav
+        enabled: dialog.opened
+        function onSettlingChanged() { dialog.takeFocus(); }
+    }
 
     contentItem: Item {
-        implicitHeight: column.implicitHeight
+        implicitHeight: answers.implicitHeight
 
         Column {
-            id: column
+            id: answers
             width: parent.width
             spacing: Theme.margin
 
@@ -65,8 +73,10 @@ Dialog {
             }
         }
         MouseArea {
+            id: waiting
             anchors.fill: parent
             visible: Nav.settling
+            Keys.onPressed: event.accepted = true
         }
     }
 }

@@ -36,11 +36,21 @@ Item {
     property int results: 0
     // Results in a row with the same decision.
     property int sameDecision: 0
+    // How the last shot ended, until the next one: with a result, or without.
     property bool finished: false
+    property bool lost: false
+    // Given up, or an error came in its course.
+    property bool spoiled: false
+    property real begun: 0
     // A measure runs, and for a while the service has told nothing of it.
     property bool silent: false
     // The shot that runs is none: the shutter opened while nothing was to be measured.
     property bool stray: false
+
+    // Something that only the operator starts may begin at any moment.
+    property bool expectant: false
+    property int askEvery: 5000
+    property real notBefore: 0
 
     // Phases of a shot.
     readonly property string phase: {
@@ -50,6 +60,8 @@ Item {
             return "silent";
         if (shooting)
             return results < 1 ? "settling" : "measuring";
+        if (lost)
+            return "lost";
         if (!armed && !finished)
             return "standby";
         return finished ? "done" : "ready";
@@ -64,15 +76,40 @@ Item {
 
     signal shotEnded()
 
+    // Brings the open diagnostic to its file. False, and said, when it could not be written.
+    function save() {
+        var name = controller.fileName;
+        if (name === "")
+            return true;
+        var before = diagnosticFiles.stampOf(name);
+        controller.saveFile();
+        if (diagnosticFiles.stampOf(name) !== before)
+            return true;
+        Nav.say(qsTr("« %1 » n'a pas pu être enregistré. Vérifiez la place libre.").arg(name));
+        return false;
+    }
+
     function setMeasureMode(mode) {
         controller.measureMode = mode;
         measureMode = controller.measureMode;
     }
 
+    function forgetShot() {
+        finished = false;
+        lost = false;
+        spoiled = false;
+    }
+    // Whether the shot that has just ended has one. A DEFINED one whose trigger was let go is given up; the
+    // library's timer may be a twentieth early.
+    function hasResult() {
+        if (spoiled || !measure || measure.sigma <= 0)
+            return false;
+        return measureMode !== MeasureModeEnumClass.DEFINED || Date.now() - begun > 900 * controller.measureTime;
+    }
     function measureDirect() {
         unit = null;
         list = directMeasures;
-        finished = false;
+        forgetShot();
         controller.branchMode = BranchModeEnumClass.BRANCH_DIRECT;
         controller.setEnableMeasure(true);
         armed = true;
@@ -80,7 +117,7 @@ Item {
     function measureUnit(row) {
         unit = uds.get(row);
         list = unit ? unit.measures : null;
-        finished = false;
+        forgetShot();
         controller.branchMode = BranchModeEnumClass.BRANCH_INDEXED;
         controller.udIndex = row;
         controller.udLocal = unit ? unit.local : "";
@@ -91,13 +128,13 @@ Item {
     function enable(on) {
         controller.setEnableMeasure(on);
         armed = on;
-        finished = false;
+        forgetShot();
     }
     function standby() {
         unit = null;
         list = null;
         measure = null;
-        finished = false;
+        forgetShot();
         controller.udIndexEdition = -1;
         controller.udIndex = -1;
         controller.setEnableMeasure(false);
@@ -106,10 +143,12 @@ Item {
     }
     // Ends a shot without a result.
     function interrupt() {
+        spoiled = true;
         controller.stopMeasure();
     }
     // Ends a shot of which the service does not tell the end. What it has told stays.
     function abandon() {
+        controller.stopMeasure();
         controller.acquisitionMode = AcquisitionModeEnumClass.NONE;
         refresh();
     }
@@ -121,6 +160,18 @@ Item {
         // Only a change is passed on to the MSP.
         controller.setEnableMeasure(true);
         controller.setEnableMeasure(false);
+    }
+    // Asks the service how it stands. The call returns when it has answered, or after seconds.
+    function ask() {
+        var asked = Date.now();
+        controller.requestUpdate();
+        var now = Date.now();
+        notBefore = 0;
+        if (now - asked < 1000)
+            return;
+        // The screens stand still meanwhile: rarely, then.
+        notBefore = now + 60000;
+        Nav.say(qsTr("Le service d'analyse ne répond pas."));
     }
     function acknowledge() {
         controller.ackError();
@@ -155,6 +206,7 @@ Item {
     }
     function refresh() {
         var before = mode;
+        var wasShooting = shooting;
         calibrationState = calibration.calibrationState;
         mode = controller.acquisitionMode;
         measureMode = controller.measureMode;
@@ -165,28 +217,31 @@ Item {
                 || calibrationState === CalibrationEnumClass.TOO_MANY_ERRORS;
             calibrationOutcome = failed ? "error" : "done";
             // For the date of the new calibration.
-            controller.requestUpdate();
+            ask();
         }
         silent = false;
         watchdog.stop();
         if (mode === AcquisitionModeEnumClass.MEASURE) {
             watchdog.restart();
+            begun = Date.now();
+            // The measure begins after its mode is told.
             if (stray)
-                controller.stopMeasure();
+                Qt.callLater(interrupt);
         }
         if (mode === AcquisitionModeEnumClass.START_MEASURE) {
             stray = false;
             if (!armed)
                 refuse();
-            finished = false;
+            forgetShot();
             measure = null;
             results = 0;
         } else if (stray && mode === AcquisitionModeEnumClass.NONE) {
             stray = false;
             controller.branchMode = list === null ? BranchModeEnumClass.NONE
                 : unit ? BranchModeEnumClass.BRANCH_INDEXED : BranchModeEnumClass.BRANCH_DIRECT;
-        } else if (before === AcquisitionModeEnumClass.MEASURE) {
-            finished = true;
+        } else if (wasShooting && !busy) {
+            finished = hasResult();
+            lost = !finished;
             // As the library decided when the shot ended.
             if (unit)
                 armed = unit.statut === UDStatutEnumClass.RAW;
@@ -236,14 +291,24 @@ Item {
                 instrument.silent = instrument.mode === AcquisitionModeEnumClass.MEASURE;
         }
     }
+    Connections {
+        target: error
+        enabled: instrument.shooting
+        function onErrorMessageSignal() { instrument.spoiled = instrument.spoiled || error.errorMessage !== ""; }
+        function onReadyForAcquisitionSignal() { instrument.spoiled = instrument.spoiled || !error.readyForAcquisition; }
+    }
     // The library asks nobody by itself: what the service knows comes when it is asked for. Not while something runs,
-    // whose end an answer could be taken for.
+    // whose end an answer could be taken for, and not when it may begin before the answer is there. Only an instrument
+    // that is not ready is asked even then: nothing is to be started on it.
     Timer {
-        interval: 5000
+        interval: instrument.askEvery
         repeat: true
         triggeredOnStart: true
-        running: !instrument.busy && !error.readyForAcquisition
-        onTriggered: controller.requestUpdate()
+        running: !instrument.busy && !(error.readyForAcquisition && (instrument.armed || instrument.expectant))
+        onTriggered: {
+            if (Date.now() >= instrument.notBefore)
+                instrument.ask();
+        }
     }
     Timer {
         interval: 150

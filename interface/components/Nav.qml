@@ -21,9 +21,18 @@ Item {
 
     function urlOf(name) { return Qt.resolvedUrl("../HalvarScreens/" + name + ".qml"); }
 
+    // Not in the middle of a shot: a screen that is left puts the trigger aside, and the results would be lost.
     function open(name, properties) {
         if (pause.running)
             return null;
+        if (Instrument.shooting) {
+            say(qsTr("Mesure en cours : relâchez d'abord la détente."));
+            return null;
+        }
+        return push(name, properties);
+    }
+    // On top of the one that is shown, at once.
+    function push(name, properties) {
         pause.restart();
         return stack.push(urlOf(name), properties || {}, StackView.Immediate);
     }

@@ -21,6 +21,7 @@ Rectangle {
         case "silent": return qsTr("L'instrument ne répond plus");
         case "measuring": return qsTr("Mesure en cours");
         case "done": return qsTr("Mesure terminée");
+        case "lost": return qsTr("Mesure interrompue, sans résultat");
         case "ready": return qsTr("Prêt à mesurer");
         default: return qsTr("En veille");
         }
@@ -39,6 +40,9 @@ Rectangle {
             return qsTr("Maintenez : la mesure s'arrête d'elle-même.");
         case "silent":
             return qsTr("Relâchez la détente et quittez cet écran. Les résultats affichés sont gardés.");
+        case "lost":
+            return Instrument.armed ? qsTr("Relâchez la détente. Pressez-la pour une nouvelle mesure.")
+                                    : qsTr("Relâchez la détente.");
         case "done":
             return Instrument.armed ? qsTr("Relâchez la détente. Pressez-la pour une nouvelle mesure.")
                                     : qsTr("Relâchez la détente. L'unité a son résultat.");
@@ -56,6 +60,7 @@ Rectangle {
         case "settling": return "hand";
         case "silent": return "warning";
         case "measuring": return Instrument.decided ? "check" : "hand";
+        case "lost": return "warning";
         case "done": return "check";
         case "ready": return error.readyForAcquisition ? "target" : "warning";
         default: return "skip";

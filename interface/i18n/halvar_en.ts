@@ -423,6 +423,14 @@
         <source>La détente a ouvert l&apos;obturateur hors d&apos;une mesure&#xa0;: il est refermé, rien n&apos;est enregistré.</source>
         <translation>The trigger opened the shutter outside a measure: it is closed again, nothing is recorded.</translation>
     </message>
+    <message>
+        <source>«&#xa0;%1&#xa0;» n&apos;a pas pu être enregistré. Vérifiez la place libre.</source>
+        <translation>“%1” could not be saved. Check the free space.</translation>
+    </message>
+    <message>
+        <source>Le service d&apos;analyse ne répond pas.</source>
+        <translation>The analysis service does not answer.</translation>
+    </message>
 </context>
 <context>
     <name>LocalisationCross</name>
@@ -571,6 +579,13 @@
     <message>
         <source>L&apos;instrument ne répond pas. Quitter quand même&#xa0;? La mesure s&apos;arrête avec ses derniers résultats.</source>
         <translation>The instrument does not answer. Leave anyway? The measure ends with its last results.</translation>
+    </message>
+</context>
+<context>
+    <name>Nav</name>
+    <message>
+        <source>Mesure en cours&#xa0;: relâchez d&apos;abord la détente.</source>
+        <translation>Measure running: release the trigger first.</translation>
     </message>
 </context>
 <context>
@@ -877,6 +892,13 @@
         <source>Éteindre l&apos;instrument</source>
         <translation>Shut the instrument down</translation>
     </message>
+    <message numerus="yes">
+        <source>%n diagnostic(s) n&apos;ont pas pu être effacés.</source>
+        <translation>
+            <numerusform>%n diagnostic could not be erased.</numerusform>
+            <numerusform>%n diagnostics could not be erased.</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>SettingsScreen</name>
@@ -1017,6 +1039,14 @@
     <message>
         <source>Relâchez la détente et quittez cet écran. Les résultats affichés sont gardés.</source>
         <translation>Release the trigger and leave this screen. The results shown are kept.</translation>
+    </message>
+    <message>
+        <source>Mesure interrompue, sans résultat</source>
+        <translation>Measure interrupted, without a result</translation>
+    </message>
+    <message>
+        <source>Relâchez la détente.</source>
+        <translation>Release the trigger.</translation>
     </message>
 </context>
 <context>
@@ -1202,16 +1232,16 @@
         <translation>Reason: not measured</translation>
     </message>
     <message>
-        <source>Raison&#xa0;: non visité</source>
-        <translation>Reason: not visited</translation>
-    </message>
-    <message>
         <source>L&apos;unité et ses mesures seront effacées du diagnostic.</source>
         <translation>The unit and its measures will be erased from the diagnostic.</translation>
     </message>
     <message>
         <source>Supprimer</source>
         <translation>Delete</translation>
+    </message>
+    <message>
+        <source>Raison&#xa0;: local non visité</source>
+        <translation>Reason: room not visited</translation>
     </message>
 </context>
 <context>
@@ -1234,6 +1264,21 @@
     <message>
         <source>Unités de %1</source>
         <translation>Units of %1</translation>
+    </message>
+</context>
+<context>
+    <name>UnsavedDialog</name>
+    <message>
+        <source>Diagnostic non enregistré</source>
+        <translation>Diagnostic not saved</translation>
+    </message>
+    <message>
+        <source>«&#xa0;%1&#xa0;» n&apos;a pas pu être écrit. Continuer perd ce qui n&apos;est pas encore dans son fichier.</source>
+        <translation>“%1” could not be written. Going on loses what is not in its file yet.</translation>
+    </message>
+    <message>
+        <source>Continuer sans enregistrer</source>
+        <translation>Go on without saving</translation>
     </message>
 </context>
 <context>

@@ -52,6 +52,16 @@
     </message>
 </context>
 <context>
+    <name>ServiceScreen</name>
+    <message numerus="yes">
+        <source>%n diagnostic(s) n&apos;ont pas pu être effacés.</source>
+        <translation>
+            <numerusform>%n diagnostic n&apos;a pas pu être effacé.</numerusform>
+            <numerusform>%n diagnostics n&apos;ont pas pu être effacés.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>StatusBar</name>
     <message numerus="yes">
         <source>Source périmée&#xa0;: %n jour(s)</source>

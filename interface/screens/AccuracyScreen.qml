@@ -20,19 +20,26 @@ Screen {
     subtitle: qsTr("Bloc de référence : %1 ± %2 mg/cm²").arg(Words.concentration(reference))
         .arg(Words.concentration(precision))
 
+    onShown: Instrument.expectant = true
+    onHidden: Instrument.expectant = false
     function mayLeave() {
         if (!running)
             return true;
         leaveDialog.open();
         return false;
     }
+    // One button takes the place of the other.
     function start() {
+        if (Nav.settling)
+            return;
+        Nav.settle();
         elapsed = 0;
         Nav.settle();
         controller.startAccuracyCheck();
         Instrument.refresh();
     }
     function stop() {
+        Nav.settle();
         controller.stopAccuracyCheck();
         Instrument.refresh();
         Nav.say(qsTr("Contrôle arrêté, sans résultat."));
@@ -41,7 +48,7 @@ Screen {
     onRunningChanged: {
         // What the diagnostic keeps is in its file at once.
         if (!running)
-            controller.saveFile();
+            Instrument.save();
     }
     Timer {
         interval: 100

@@ -30,11 +30,25 @@ Screen {
 
     title: qsTr("Calibrage")
 
+    onShown: Instrument.expectant = true
+    onHidden: Instrument.expectant = false
     function mayLeave() {
         if (!running)
             return true;
         leaveDialog.open();
         return false;
+    }
+    // One button takes the place of the other.
+    function start() {
+        if (Nav.settling)
+            return;
+        Nav.settle();
+        elapsed = 0;
+        Instrument.startCalibration();
+    }
+    function stop() {
+        Nav.settle();
+        Instrument.stopCalibration();
     }
     Timer {
         interval: 100
@@ -49,7 +63,7 @@ Screen {
         yes: qsTr("Arrêter et quitter")
         no: qsTr("Continuer le calibrage")
         onAccepted: {
-            Instrument.stopCalibration();
+            screen.stop();
             Nav.leave();
         }
     }
@@ -104,11 +118,7 @@ Screen {
                 highlighted: true
                 sign: "tune"
                 text: qsTr("Démarrer le calibrage")
-                onClicked: {
-                    screen.elapsed = 0;
-                    Nav.settle();
-                    Instrument.startCalibration();
-                }
+                onClicked: screen.start()
             }
             SignButton {
                 objectName: "stopCalibration"
@@ -116,7 +126,7 @@ Screen {
                 visible: screen.running
                 sign: "cross"
                 text: qsTr("Arrêter")
-                onClicked: Instrument.stopCalibration()
+                onClicked: screen.stop()
             }
         }
     }

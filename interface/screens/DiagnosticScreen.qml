@@ -13,7 +13,7 @@ Screen {
     title: controller.fileName === "" ? qsTr("Diagnostic") : controller.fileName
     subtitle: controller.localization
 
-    onHidden: controller.saveFile()
+    onHidden: Instrument.save()
 
     Sheet {
         anchors.fill: parent
@@ -51,7 +51,7 @@ Screen {
             Accessible.name: qsTr("Adresse ou lieu")
             onEditingFinished: {
                 controller.localization = text;
-                controller.saveFile();
+                Instrument.save();
             }
         }
         Card {

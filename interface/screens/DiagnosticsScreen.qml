@@ -21,15 +21,17 @@ Screen {
 
     function load(path) {
         // What is open goes to its file first.
-        controller.saveFile();
-        controller.initFile();
-        controller.loadFile(path);
-        // Not what the content says: a copy would be saved over the diagnostic that it was made of.
-        controller.fileName = diagnosticFiles.nameToSave(path);
-        Nav.open("DiagnosticScreen");
+        unsavedDialog.saveThen(function() {
+            controller.initFile();
+            controller.loadFile(path);
+            // Not what the content says: a copy would be saved over the diagnostic that it was made of.
+            controller.fileName = diagnosticFiles.nameToSave(path);
+            Nav.open("DiagnosticScreen");
+        });
     }
 
     onShown: diagnosticFiles.refresh()
+    UnsavedDialog { id: unsavedDialog }
     ConfirmDialog {
         id: damagedDialog
         property string path
@@ -50,12 +52,13 @@ Screen {
         yes: qsTr("Supprimer")
         onAccepted: {
             controller.removeFile(path);
+            var gone = !diagnosticFiles.exists(path);
             // Otherwise the next save would bring it back.
-            if (controller.fileName === name)
+            if (gone && controller.fileName === name)
                 controller.initFile();
             diagnosticFiles.refresh();
-            Nav.say(diagnosticFiles.contains(name) ? qsTr("« %1 » n'a pas pu être supprimé.").arg(name)
-                                                   : qsTr("« %1 » est supprimé.").arg(name));
+            Nav.say(gone ? qsTr("« %1 » est supprimé.").arg(name)
+                         : qsTr("« %1 » n'a pas pu être supprimé.").arg(name));
         }
     }
 

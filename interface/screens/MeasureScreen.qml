@@ -33,7 +33,7 @@ Screen {
         measure.degradationState;
         return measure.conservationState;
     }
-    onHidden: controller.saveFile()
+    onHidden: Instrument.save()
 
     Sheet {
         anchors.fill: parent

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick 2.15
 import QtQuick.Controls 2.15
+import Halvar 4.0
 import HalvarComponents 1.0
 
 // A screen on which the trigger is live: it is not left in the middle of a shot without a question.
@@ -16,6 +17,22 @@ Screen {
         return false;
     }
 
+    // How the shot is to be ended: "", "result", "interrupt".
+    property string ending
+    property int patience: 2500
+
+    function stop() {
+        if (ending === "interrupt")
+            Instrument.interrupt();
+        else if (ending === "result")
+            controller.stopMeasureProperly();
+    }
+    function end(how) {
+        ending = how;
+        waiting.restart();
+        stop();
+    }
+
     ConfirmDialog {
         id: leaveDialog
         property bool interrupted: false
@@ -28,25 +45,23 @@ Screen {
         other: interrupted ? "" : qsTr("Interrompre et quitter")
         no: qsTr("Continuer la mesure")
         onOpened: interrupted = false
-        onOtherChosen: {
-            Instrument.interrupt();
-            waiting.restart();
-        }
+        onOtherChosen: screen.end("interrupt")
         onAccepted: {
             if (interrupted) {
                 Instrument.abandon();
                 Nav.leave();
                 return;
             }
-            controller.stopMeasureProperly();
-            waiting.restart();
+            screen.end("result");
         }
     }
-    // The service has this long to end the shot.
+    // The service has this long to end the shot, once it runs.
     Timer {
         id: waiting
-        interval: 2500
+        interval: screen.patience + (Instrument.mode === AcquisitionModeEnumClass.START_MEASURE
+                                     ? config.Time_Before_Open_Shutter() : 0)
         onTriggered: {
+            screen.ending = "";
             if (Instrument.shooting) {
                 leaveDialog.open();
                 leaveDialog.interrupted = true;
@@ -55,7 +70,13 @@ Screen {
     }
     Connections {
         target: Instrument
+        // A stop does nothing before the measure has begun; and it begins after its mode is told.
+        function onModeChanged() {
+            if (screen.ending !== "" && Instrument.mode === AcquisitionModeEnumClass.MEASURE)
+                Qt.callLater(screen.stop);
+        }
         function onShotEnded() {
+            screen.ending = "";
             leaveDialog.close();
             if (waiting.running) {
                 waiting.stop();

@@ -22,21 +22,22 @@ Screen {
             nameField.forceActiveFocus();
             return;
         }
-        controller.saveFile();
-        controller.initFile();
-        controller.fileName = name;
-        controller.localization = placeField.text.trim();
-        controller.saveFile();
-        if (!diagnosticFiles.contains(name)) {
-            controller.fileName = "";
-            refusal = qsTr("Le fichier ne peut pas être écrit. Vérifiez la place libre.");
-            return;
-        }
-        Nav.leave();
-        Nav.stack.push(Nav.urlOf("DiagnosticScreen"), {}, StackView.Immediate);
+        unsavedDialog.saveThen(function() {
+            controller.initFile();
+            controller.fileName = name;
+            controller.localization = placeField.text.trim();
+            if (!Instrument.save()) {
+                controller.fileName = "";
+                refusal = qsTr("Le fichier ne peut pas être écrit. Vérifiez la place libre.");
+                return;
+            }
+            Nav.leave();
+            Nav.push("DiagnosticScreen");
+        });
     }
     onShown: nameField.forceActiveFocus()
 
+    UnsavedDialog { id: unsavedDialog }
     Sheet {
         anchors.fill: parent
 

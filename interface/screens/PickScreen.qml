@@ -33,6 +33,8 @@ Screen {
         return -1;
     }
     function pick(title) {
+        if (Nav.settling)
+            return;
         // The screen goes first: what is picked may open another.
         var done = picked;
         Nav.back();

@@ -30,7 +30,7 @@ Screen {
 
     function enter(room) {
         controller.udLocal = room;
-        Nav.stack.push(Nav.urlOf("UnitsScreen"), { room: room }, StackView.Immediate);
+        Nav.push("UnitsScreen", { room: room });
     }
     // Once for all rooms: a large diagnostic has thousands of units.
     function count() {
@@ -74,7 +74,10 @@ Screen {
             sign: "room"
             heading: model.title
             detail: screen.detailOf(model.title)
-            onClicked: screen.enter(model.title)
+            onClicked: {
+                if (!Nav.settling)
+                    screen.enter(model.title);
+            }
 
             SignChip {
                 readonly property int positive: screen.sums[model.title] ? screen.sums[model.title].positive : 0

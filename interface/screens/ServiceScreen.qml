@@ -17,7 +17,8 @@ Screen {
     subtitle: qsTr("Appareil %1").arg(config.getSN_Analyzer())
 
     function refresh() {
-        controller.requestUpdate();
+        if (!Instrument.busy)
+            Instrument.ask();
         // Those of the MSP come with its answer at start-up.
         facts = [
             [qsTr("Numéro de série"), config.getSN_Analyzer()],
@@ -59,11 +60,9 @@ Screen {
         question: controller.fileName === "" ? qsTr("Éteindre l'instrument ?")
                                              : qsTr("« %1 » est enregistré, puis l'instrument s'éteint.").arg(controller.fileName)
         yes: qsTr("Éteindre")
-        onAccepted: {
-            controller.saveFile();
-            controller.shutdown();
-        }
+        onAccepted: unsavedDialog.saveThen(function() { controller.shutdown(); })
     }
+    UnsavedDialog { id: unsavedDialog }
     ConfirmDialog {
         id: removeDialog
         title: qsTr("Effacer les fichiers de mesure")
@@ -73,7 +72,9 @@ Screen {
             controller.initFile();
             controller.removeMeasureFiles();
             diagnosticFiles.refresh();
-            Nav.say(qsTr("Les fichiers de mesure sont effacés."));
+            Nav.say(diagnosticFiles.count === 0
+                ? qsTr("Les fichiers de mesure sont effacés.")
+                : qsTr("%n diagnostic(s) n'ont pas pu être effacés.", "", diagnosticFiles.count));
         }
     }
 
@@ -157,7 +158,6 @@ Screen {
             width: parent.width
             sign: "power"
             text: qsTr("Éteindre l'instrument")
-            enabled: !Instrument.busy
             onClicked: shutdownDialog.open()
         }
     }

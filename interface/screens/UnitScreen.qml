@@ -20,7 +20,8 @@ MeasuringScreen {
             return "";
         return unit.element === "" ? qsTr("Zone %1").arg(Words.zone(unit.zone)) : Words.unitTitle(unit.zone, unit.element);
     }
-    subtitle: unit ? (unit.identifier > 0 ? qsTr("%1 · unité n° %2").arg(unit.local).arg(unit.identifier) : unit.local) : ""
+    // The number that it has in the file.
+    subtitle: unit ? qsTr("%1 · unité n° %2").arg(unit.local).arg(row + 1) : ""
     actions: SignChip {
         objectName: "statut"
         sign: Words.statutSign(screen.statut)
@@ -36,7 +37,7 @@ MeasuringScreen {
             current: unit[property],
             picked: function(chosen) {
                 screen.unit[property] = chosen;
-                controller.saveFile();
+                Instrument.save();
             }
         });
     }
@@ -45,11 +46,15 @@ MeasuringScreen {
             title: title,
             items: reasons,
             allowNew: false,
+            allowNone: true,
             picked: function(reason) {
                 screen.unit.statut = UDStatutEnumClass.SKIPPED;
-                screen.unit.observation = reason;
+                // What was observed before stays.
+                screen.unit.observation = [reason, screen.unit.observation].filter(function(text) {
+                    return text !== "";
+                }).join(" – ");
                 Instrument.enable(false);
-                controller.saveFile();
+                Instrument.save();
             }
         });
     }
@@ -59,7 +64,7 @@ MeasuringScreen {
         uds.add(row);
         var added = uds.getLast();
         added.identifier = uds.count;
-        controller.saveFile();
+        Instrument.save();
         // In place of this one: the way back leads to the room.
         Nav.replace("UnitScreen", { row: uds.count - 1, fresh: true });
     }
@@ -74,7 +79,7 @@ MeasuringScreen {
     onHidden: {
         controller.editionMode = false;
         Instrument.standby();
-        controller.saveFile();
+        Instrument.save();
     }
 
     Component {
@@ -158,8 +163,11 @@ MeasuringScreen {
                 text: screen.unit ? screen.unit.observation : ""
                 Accessible.name: qsTr("Observation")
                 onEditingFinished: {
-                    if (screen.unit)
-                        screen.unit.observation = text;
+                    if (!screen.unit || screen.unit.observation === text)
+                        return;
+                    screen.unit.observation = text;
+                    // Also when the screen is left from the field, which is after it was saved.
+                    Instrument.save();
                 }
             }
         }
@@ -168,7 +176,7 @@ MeasuringScreen {
     function shiftZone(step) {
         unit.zone = typeof unit.zone === "number" ? unit.zone + step
                                                   : String.fromCharCode(unit.zone.charCodeAt(0) + step);
-        controller.saveFile();
+        Instrument.save();
     }
 
     Item {
@@ -248,7 +256,7 @@ MeasuringScreen {
 
             // What takes one of the two wide places depends on the statut.
             readonly property real half: (bottomBar.width - 2 * Theme.margin - 2 * spacing
-                                          - (removeButton.visible ? removeButton.width : -spacing)) / 2
+                                          - removeButton.width) / 2
 
             SignButton {
                 objectName: "skip"
@@ -262,7 +270,6 @@ MeasuringScreen {
             IconButton {
                 id: removeButton
                 objectName: "removeUnit"
-                visible: screen.statut !== UDStatutEnumClass.RAW
                 enabled: !Instrument.shooting
                 sign: "bin"
                 text: qsTr("Supprimer l'unité")
@@ -300,7 +307,7 @@ MeasuringScreen {
         yes: qsTr("L'unité ne peut pas être mesurée")
         other: qsTr("Le local n'a pas été visité")
         onAccepted: screen.skip(reasonsNotMeasured, qsTr("Raison : non mesurée"))
-        onOtherChosen: screen.skip(reasonsNotVisited, qsTr("Raison : non visité"))
+        onOtherChosen: screen.skip(reasonsNotVisited, qsTr("Raison : local non visité"))
     }
     ConfirmDialog {
         id: removeDialog
@@ -311,7 +318,7 @@ MeasuringScreen {
             var gone = screen.row;
             Nav.leave();
             uds.remove(gone);
-            controller.saveFile();
+            Instrument.save();
         }
     }
 }

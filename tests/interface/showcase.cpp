@@ -71,7 +71,8 @@ Showcase::Showcase(const QLocale &locale)
                       "QtObject {\n"
                       "  function open(name, properties) { return Nav.open(name, properties); }\n"
                       "  function colour(name) { return Theme[name]; }\n"
-                      "  function settleAtOnce() { Nav.settlingTime = 1; }\n"
+                      "  function settleIn(time) { Nav.settlingTime = time; }\n"
+                      "  function setInstrument(name, value) { Instrument[name] = value; }\n"
                       "}\n",
                       QUrl());
     m_script.reset(component.create());
@@ -96,9 +97,15 @@ void Showcase::unlock()
     hand->waitForScreen(QStringLiteral("HomeScreen"));
 }
 
-void Showcase::settleAtOnce()
+void Showcase::settleIn(int time)
 {
-    QMetaObject::invokeMethod(m_script.get(), "settleAtOnce");
+    QMetaObject::invokeMethod(m_script.get(), "settleIn", Q_ARG(QVariant, time));
+}
+
+void Showcase::setInstrument(const QString &property, const QVariant &value)
+{
+    QMetaObject::invokeMethod(m_script.get(), "setInstrument", Q_ARG(QVariant, property),
+                              Q_ARG(QVariant, value));
 }
 
 QColor Showcase::colour(const QString &name) const

@@ -32,7 +32,11 @@ public:
     /// Past hold-off and code, without waiting for either.
     void unlock();
     /// No pause for double taps after a change of screen.
-    void settleAtOnce();
+    void settleAtOnce() { settleIn(1); }
+    /// Such a pause, in ms. An operator has 250.
+    void settleIn(int time);
+    /// Sets a property of Instrument.
+    void setInstrument(const QString &property, const QVariant &value);
     /// Opens a screen as Nav.open() does. \param properties may hold QML objects.
     void open(const QString &screen, const QVariantMap &properties = {});
     /// A colour of Theme, as it is now.

@@ -48,6 +48,11 @@ int delegatesOf(QQuickItem *list)
     return count;
 }
 
+QPoint middleOf(const QQuickItem *item)
+{
+    return item->mapToScene(QPointF(item->width() / 2, item->height() / 2)).toPoint();
+}
+
 QByteArray contentOf(const QString &path)
 {
     QFile file(path);
@@ -86,6 +91,7 @@ private slots:
     void doubleTap_opensOneScreenOnly();
     void doubleTap_isOneTap_data();
     void doubleTap_isOneTap();
+    void doubleTap_answersNoDialog();
     void keysAlone_leadThroughTheScreens();
     void textInANumberField_isRefusedAndSaid();
     void pastedText_isTakenOnlyAsANumberInItsLimits();
@@ -181,11 +187,9 @@ try {
 
 void TstInterfaceBehaviour::doubleTap_opensOneScreenOnly()
 try {
-    // With the pause that an operator has.
-    m_showcase.reset();
-    m_showcase = std::make_unique<Showcase>();
     Showcase &showcase = *m_showcase;
     showcase.unlock();
+    showcase.settleIn(250);
     QQuickItem *tile = showcase.hand->find(QStringLiteral("Diagnostics"));
     const QPoint point = tile->mapToScene(QPointF(tile->width() / 2, tile->height() / 2)).toPoint();
     QTest::mouseClick(showcase.window, Qt::LeftButton, {}, point);
@@ -206,6 +210,9 @@ void TstInterfaceBehaviour::doubleTap_isOneTap_data()
     QTest::addColumn<QString>("control");
     QTest::addColumn<QString>("screenAfter");
     QTest::addColumn<int>("units");
+    QTest::newRow("room") << "RoomsScreen"
+                          << "Cuisine"
+                          << "UnitsScreen" << 1;
     QTest::newRow("new unit") << "UnitsScreen"
                               << "addUnit"
                               << "UnitScreen" << 2;
@@ -235,11 +242,10 @@ try {
     QFETCH(QString, control);
     QFETCH(QString, screenAfter);
     QFETCH(int, units);
-    // With the pause that an operator has.
-    m_showcase.reset();
-    m_showcase = std::make_unique<Showcase>();
     Showcase &showcase = *m_showcase;
     showcase.unlock();
+    // The pause that an operator has.
+    showcase.settleIn(250);
     auto *unit = new UD;
     unit->setLocal(QStringLiteral("Cuisine"));
     unit->setStatut(UDStatutEnumClass::POSITIVE);
@@ -271,6 +277,37 @@ try {
         QCOMPARE(showcase->acquisitionMode(), AcquisitionModeEnumClass::ACCURACY);
     if (screen == QLatin1String("CalibrationScreen"))
         QCOMPARE(showcase->acquisitionMode(), AcquisitionModeEnumClass::CALIBRATION);
+} catch (const Failure &failure) {
+    QFAIL(qUtf8Printable(failure.text));
+}
+
+void TstInterfaceBehaviour::doubleTap_answersNoDialog()
+try {
+    Showcase &showcase = *m_showcase;
+    showcase.unlock();
+    showcase.open(QStringLiteral("DiagnosticsScreen"));
+    showcase.settleIn(250);
+    const QPoint bin = middleOf(showcase.hand->find(QStringLiteral("Supprimer « Cave-7 »")));
+    showcase.hand->tap(QStringLiteral("Supprimer « Cave-7 »"));
+    const QPoint yes = middleOf(showcase.hand->find(QStringLiteral("yes")));
+    showcase.hand->tap(QStringLiteral("no"));
+    showcase.hand->pause(300);
+
+    // The second tap, or the key that is still pressed, comes to the dialog.
+    QTest::mouseClick(showcase.window, Qt::LeftButton, {}, bin);
+    QTest::mouseClick(showcase.window, Qt::LeftButton, {}, yes);
+    for (const Qt::Key key : {Qt::Key_Tab, Qt::Key_Return, Qt::Key_Escape})
+        showcase.hand->key(key);
+    QVERIFY(showcase.hand->see(QStringLiteral("yes")));
+    QVERIFY(QFile::exists(Showcase::home() + QStringLiteral("files/Cave-7.xml")));
+    // Then the harmless answer has the focus.
+    showcase.hand->pause(300);
+    QCOMPARE(showcase.window->activeFocusItem()->objectName(), QStringLiteral("no"));
+    // What the dialog lay over is not hit by the second tap on an answer.
+    showcase.hand->tap(QStringLiteral("no"));
+    QTest::mouseClick(showcase.window, Qt::LeftButton, {}, bin);
+    showcase.hand->pause(20);
+    QVERIFY(!showcase.hand->see(QStringLiteral("yes")));
 } catch (const Failure &failure) {
     QFAIL(qUtf8Printable(failure.text));
 }
