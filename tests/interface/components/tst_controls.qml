@@ -107,7 +107,7 @@ Item {
             var item = createTemporaryObject(dialog, stage);
             var accepted = watch(item, "accepted");
             item.open();
-            tryVerify(function() { return item.opened; });
+            tryVerify(function() { return item.opened && !Nav.settling; });
             verify(says(item.contentItem, "Vraiment ?"));
             verify(named(item.contentItem, "no").activeFocus);
             compare(named(item.contentItem, "other"), null);
