@@ -225,7 +225,12 @@ private:
     }
     void setText()
     {
-        const std::size_t at = any([this](std::size_t i) { return m_tokens[i].kind == XmlToken::Text; });
+        // Mostly one that is somebody's value, not what indents the elements.
+        const bool blanksToo = below(8) == 0;
+        const std::size_t at = any([this, blanksToo](std::size_t i) {
+            return m_tokens[i].kind == XmlToken::Text
+                && (blanksToo || m_tokens[i].text.find_first_not_of(" \t\r\n") != std::string::npos);
+        });
         if (at < m_tokens.size())
             m_tokens[at].text = below(4) ? anyValue() : m_tokens[at].text + anyValue();
     }
