@@ -34,7 +34,9 @@ public:
     QStringList heard() const
     {
         const QMutexLocker lock(&m_mutex);
-        return m_heard;
+        QStringList copy = m_heard;
+        copy.detach(); // no data in common with what another thread goes on writing to
+        return copy;
     }
     QString description() const
     {

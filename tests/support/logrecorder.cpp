@@ -42,7 +42,11 @@ LogRecorder::~LogRecorder()
 QStringList LogRecorder::lines() const
 {
     const QMutexLocker lock(&mutex);
-    return recorded;
+    // No data in common with the one that other threads go on writing to: Qt looks without any order between
+    // threads whether a list still has it in common with others.
+    QStringList copy = recorded;
+    copy.detach();
+    return copy;
 }
 
 QStringList LogRecorder::lines(const QString &level) const

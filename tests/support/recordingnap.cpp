@@ -11,7 +11,9 @@ RecordingNap::RecordingNap() = default;
 QStringList RecordingNap::calls() const
 {
     const QMutexLocker lock(&m_mutex);
-    return m_calls;
+    QStringList copy = m_calls;
+    copy.detach(); // no data in common with what another thread goes on writing to
+    return copy;
 }
 
 bool RecordingNap::lastAutoStop() const
