@@ -26,7 +26,7 @@ const QSize Middle(820, 760);
 const QSize Usual(1280, 940);
 
 /// The middleware's calls wait for this thread, and so are made on another.
-int callService(const std::function<int(nap::PNAPServer &)> &call)
+int callService(const std::function<int(const nap::PNAPServer &)> &call)
 {
     int result = 12345;
     const std::unique_ptr<QThread> thread(QThread::create([&] {
@@ -133,7 +133,7 @@ try {
     bench.run("press");
     QTRY_VERIFY(bench.passed(QStringLiteral("MSP SHUT_OPENED 0")));
 
-    QCOMPARE(callService([](nap::PNAPServer &service) {
+    QCOMPARE(callService([](const nap::PNAPServer &service) {
                  return service.startMeasure(nap::MeasureCustomData(), true);
              }),
              0);
