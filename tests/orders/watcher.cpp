@@ -23,6 +23,8 @@ namespace orders {
 
 namespace {
 
+constexpr std::size_t MostEffects = 100000; // of one event
+
 std::string word(bool value)
 {
     return value ? "true" : "false";
@@ -84,6 +86,9 @@ void Watcher::add(const std::string &effect)
 {
     m_files.drain();
     m_effects.push_back(effect);
+    // What goes on and on would take all memory before its time is over.
+    if (m_effects.size() > MostEffects)
+        qFatal("No end of effects; the last one: %s", effect.c_str());
 }
 
 Effects Watcher::take()
