@@ -114,9 +114,21 @@ QString DiagnosticFiles::nameToSave(const QString &path) const
     }
 }
 
+void DiagnosticFiles::setFollowing(bool following)
+{
+    if (m_following == following)
+        return;
+    m_following = following;
+    if (following)
+        refresh();
+    else if (!m_watcher.directories().isEmpty())
+        m_watcher.removePaths(m_watcher.directories());
+    emit followingChanged();
+}
+
 void DiagnosticFiles::refresh()
 {
-    if (m_watcher.directories().isEmpty() && QFileInfo(m_directory).isDir())
+    if (m_following && m_watcher.directories().isEmpty() && QFileInfo(m_directory).isDir())
         m_watcher.addPath(m_directory);
 
     // Files that did not change are not read again: a large one takes a while.

@@ -11,12 +11,14 @@
 /// The diagnostics in home/files/, the newest first, each with what its own content tells of it.
 ///
 /// A damaged file is listed like any other, with the reason in the role "problem"; so are the copies that the
-/// library keeps of damaged files before it replaces them. The list follows the directory by itself;
-/// refresh() does so at once.
+/// library keeps of damaged files before it replaces them. While it is shown, the list follows the directory
+/// by itself; refresh() does so at once.
 class DiagnosticFiles : public QAbstractListModel
 {
     Q_OBJECT
     Q_PROPERTY(int count READ count NOTIFY changed)
+    /// Whether the list follows the directory. Each save of a large diagnostic would be read back otherwise.
+    Q_PROPERTY(bool following READ isFollowing WRITE setFollowing NOTIFY followingChanged)
     /// Bytes free for this user where the files are; -1 when it cannot be told.
     Q_PROPERTY(double freeBytes READ freeBytes NOTIFY changed)
 
@@ -38,6 +40,10 @@ public:
 
     int count() const { return int(m_files.size()); }
     double freeBytes() const { return m_freeBytes; }
+
+    bool isFollowing() const { return m_following; }
+    /// Refreshes when it begins.
+    void setFollowing(bool following);
 
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
     QVariant data(const QModelIndex &index, int role) const override;
@@ -62,6 +68,7 @@ public slots:
 
 signals:
     void changed();
+    void followingChanged();
 
 private:
     struct Entry
@@ -79,6 +86,7 @@ private:
     const QString m_directory;
     QVector<Entry> m_files;
     double m_freeBytes = -1;
+    bool m_following = false;
     QFileSystemWatcher m_watcher;
 };
 

@@ -86,8 +86,12 @@ Interface::Interface(HalvarController &controller, Config &config, Database &dat
     , m_database(database)
     , m_files(controller.property("home").toString())
 {
-    if (m_translator.load(locale, QStringLiteral("halvar"), QStringLiteral("_"),
-                          QStringLiteral(":/halvar/i18n")))
+    const auto loadTexts = [this](const QLocale &language) {
+        return m_translator.load(language, QStringLiteral("halvar"), QStringLiteral("_"),
+                                 QStringLiteral(":/halvar/i18n"));
+    };
+    // Without a translation the texts are French, and their plurals are in a file.
+    if (loadTexts(locale) || loadTexts(QLocale(QLocale::French)))
         QCoreApplication::installTranslator(&m_translator);
     // What it says of damaged files is to be in the language of the screens.
     m_files.refresh();

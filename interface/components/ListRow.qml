@@ -22,8 +22,14 @@ AbstractButton {
     Accessible.role: Accessible.ListItem
     Accessible.name: detail === "" ? heading : heading + ", " + detail
     Accessible.onPressAction: clicked()
-    Keys.onReturnPressed: clicked()
-    Keys.onEnterPressed: clicked()
+    Keys.onReturnPressed: press(event)
+    Keys.onEnterPressed: press(event)
+
+    // A key that is held down presses once.
+    function press(event) {
+        if (!event.isAutoRepeat)
+            clicked();
+    }
     onClicked: {
         if (ListView.view)
             ListView.view.currentIndex = index;

@@ -90,6 +90,13 @@ Item {
             }
         }
     }
+    // With the bracket's rim.
+    Rectangle {
+        x: Math.round(bar.threshold * bar.unit) - 3
+        width: 7
+        height: track.height + 12
+        color: Theme.surface
+    }
     Rectangle {
         x: Math.round(bar.threshold * bar.unit) - 1
         width: 3
@@ -109,7 +116,7 @@ Item {
         anchors { right: parent.right }
         y: track.y + track.height + 6
         visible: bar.width > 260 && bar.threshold * bar.unit < bar.width * 0.7
-        text: Words.number(bar.full, 1) + " mg/cm²"
+        text: qsTr("%1 mg/cm²").arg(Words.number(bar.full, 1))
         color: Theme.textSecondary
         font.pixelSize: Theme.fontTiny
     }

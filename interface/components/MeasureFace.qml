@@ -12,7 +12,7 @@ Item {
     property real sigma: 0
     property int decision: 0
     property string note
-    // The measure that runs: not final, so without a decision in its full colour.
+    // The measure that runs: nothing of it is final.
     property bool live: false
     // It has no result yet: zero would be read as one.
     readonly property bool empty: live && sigma === 0

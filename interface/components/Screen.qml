@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Halvar Controller contributors
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick 2.15
+import QtQuick.Window 2.15
 import QtQuick.Controls 2.15
 import HalvarStyle 1.0
 
@@ -37,6 +38,16 @@ FocusScope {
         if (isShown)
             hidden();
     }
+
+    // Arrows lead from control to control where none of them takes them for itself.
+    function step(forward) {
+        var from = screen.Window.activeFocusItem || screen;
+        var next = from.nextItemInFocusChain(forward);
+        if (next)
+            next.forceActiveFocus(forward ? Qt.TabFocusReason : Qt.BacktabFocusReason);
+    }
+    Keys.onUpPressed: step(false)
+    Keys.onDownPressed: step(true)
 
     // A screen that has a reason to stay says so and returns false.
     function mayLeave() { return true; }

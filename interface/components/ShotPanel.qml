@@ -12,6 +12,7 @@ Rectangle {
     readonly property string phase: Instrument.phase
     readonly property bool running: Instrument.shooting
     readonly property color ink: running ? Theme.primaryInk : Theme.text
+    property real started: 0
     property real elapsed: 0
 
     readonly property string state1: {
@@ -75,14 +76,16 @@ Rectangle {
     Accessible.name: state1 + ". " + advice
 
     onPhaseChanged: {
-        if (phase === "open")
-            elapsed = 0;
+        if (phase !== "open")
+            return;
+        started = Date.now();
+        elapsed = 0;
     }
     Timer {
         interval: 100
         repeat: true
         running: panel.running
-        onTriggered: panel.elapsed += 0.1
+        onTriggered: panel.elapsed = (Date.now() - panel.started) / 1000
     }
 
     Icon {

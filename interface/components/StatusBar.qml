@@ -161,15 +161,17 @@ Rectangle {
         }
     }
     // Date, time and source: beside the rest when there is room, below it otherwise.
-    Row {
+    Grid {
         id: dates
         x: bar.wide ? firstRow.x + firstRow.width + 2 * Theme.spacing : Theme.spacing
-        y: bar.wide ? 0 : Theme.touch - 2
-        height: bar.wide ? Theme.touch : 28
-        spacing: Theme.spacing
+        readonly property real line: bar.wide ? Theme.touch : 28
+        y: (bar.wide ? 0 : Theme.touch - 2) + (line - height) / 2
+        columns: bar.wide ? 1 : 2
+        columnSpacing: Theme.spacing
+        rowSpacing: 2
+        verticalItemAlignment: Grid.AlignVCenter
 
         Text {
-            anchors.verticalCenter: parent.verticalCenter
             text: date.current + "  " + date.time + " " + date.zone
             color: Theme.text
             font { pixelSize: Theme.fontSmall; weight: Font.Medium }
@@ -177,7 +179,6 @@ Rectangle {
             Accessible.name: qsTr("Date et heure : %1").arg(text)
         }
         Row {
-            anchors.verticalCenter: parent.verticalCenter
             visible: date.warning || date.alert
             spacing: 4
             Icon {
@@ -188,10 +189,10 @@ Rectangle {
             }
             Text {
                 anchors.verticalCenter: parent.verticalCenter
-                text: date.alert ? qsTr("Source périmée : %n jour(s)", "", date.daysAfterAuthorization)
+                text: date.alert ? qsTr("Source périmée depuis %n jour(s)", "", date.daysAfterAuthorization)
                                  : qsTr("Source : fin le %1").arg(date.end)
                 color: date.alert ? Theme.alarm : Theme.undecided
-                font { pixelSize: Theme.fontSmall; weight: Font.DemiBold }
+                font { pixelSize: bar.wide ? Theme.fontSmall : Theme.fontTiny; weight: Font.DemiBold }
                 Accessible.role: Accessible.StaticText
                 Accessible.name: text
             }

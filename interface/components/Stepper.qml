@@ -4,7 +4,8 @@ import QtQuick 2.15
 import QtQuick.Controls 2.15
 import HalvarStyle 1.0
 
-// A whole number between two limits, by touch or typed. What is no number in the limits is not taken, and said.
+// A whole number between two limits, by touch or typed. What is no number is not taken, and beyond a limit the limit is;
+// both is said.
 Rectangle {
     id: stepper
 
@@ -21,14 +22,17 @@ Rectangle {
         if (taken !== value)
             chosen(taken);
         field.text = Qt.binding(function() { return stepper.value; });
+        if (taken !== number)
+            sayLimits();
     }
+    function sayLimits() { Nav.say(qsTr("%1 : un nombre de %2 à %3.").arg(name).arg(from).arg(to)); }
     function read() {
         if (/^\s*\d+\s*$/.test(field.text)) {
             choose(parseInt(field.text, 10));
             return;
         }
         choose(value);
-        Nav.say(qsTr("%1 : un nombre de %2 à %3.").arg(name).arg(from).arg(to));
+        sayLimits();
     }
 
     implicitHeight: Math.max(Theme.touch + 16, words.implicitHeight + 16)

@@ -231,10 +231,6 @@
         <translation>%1: %2</translation>
     </message>
     <message>
-        <source>aucun fait</source>
-        <translation>none made</translation>
-    </message>
-    <message>
         <source>Adresse ou lieu</source>
         <translation>Address or place</translation>
     </message>
@@ -253,6 +249,10 @@
     <message>
         <source>Humidité, moisissures</source>
         <translation>Damp, mould</translation>
+    </message>
+    <message>
+        <source>aucun contrôle fait</source>
+        <translation>no check made</translation>
     </message>
 </context>
 <context>
@@ -455,20 +455,20 @@
         <translation>nothing</translation>
     </message>
     <message>
-        <source>Noter moins</source>
-        <translation>Log less</translation>
-    </message>
-    <message>
-        <source>Noter plus</source>
-        <translation>Log more</translation>
-    </message>
-    <message>
         <source>Lignes qui contiennent…</source>
         <translation>Lines that contain…</translation>
     </message>
     <message>
         <source>Aucune ligne.</source>
         <translation>No line.</translation>
+    </message>
+    <message>
+        <source>Journal moins détaillé</source>
+        <translation>Less detailed log</translation>
+    </message>
+    <message>
+        <source>Journal plus détaillé</source>
+        <translation>More detailed log</translation>
     </message>
 </context>
 <context>
@@ -491,6 +491,10 @@
     <message>
         <source>seuil %1</source>
         <translation>threshold %1</translation>
+    </message>
+    <message>
+        <source>%1 mg/cm²</source>
+        <translation>%1 mg/cm²</translation>
     </message>
 </context>
 <context>
@@ -785,10 +789,6 @@
         <translation>Warning before the end</translation>
     </message>
     <message>
-        <source>%1 mois</source>
-        <translation>%1 months</translation>
-    </message>
-    <message>
         <source>Dernier calibrage</source>
         <translation>Last calibration</translation>
     </message>
@@ -897,6 +897,13 @@
         <translation>
             <numerusform>%n diagnostic could not be erased.</numerusform>
             <numerusform>%n diagnostics could not be erased.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n mois</source>
+        <translation>
+            <numerusform>%n month</numerusform>
+            <numerusform>%n months</numerusform>
         </translation>
     </message>
 </context>
@@ -1107,16 +1114,16 @@
         <source>Date et heure&#xa0;: %1</source>
         <translation>Date and time: %1</translation>
     </message>
-    <message numerus="yes">
-        <source>Source périmée&#xa0;: %n jour(s)</source>
-        <translation>
-            <numerusform>Source expired: %n day</numerusform>
-            <numerusform>Source expired: %n days</numerusform>
-        </translation>
-    </message>
     <message>
         <source>Source&#xa0;: fin le %1</source>
         <translation>Source: ends %1</translation>
+    </message>
+    <message numerus="yes">
+        <source>Source périmée depuis %n jour(s)</source>
+        <translation>
+            <numerusform>Source expired %n day ago</numerusform>
+            <numerusform>Source expired %n days ago</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -1145,16 +1152,8 @@
         <translation>Zone</translation>
     </message>
     <message>
-        <source>Zone précédente</source>
-        <translation>Zone before</translation>
-    </message>
-    <message>
         <source>Zone %1</source>
         <translation>Zone %1</translation>
-    </message>
-    <message>
-        <source>Zone d&apos;après</source>
-        <translation>Zone after</translation>
     </message>
     <message>
         <source>Élément à choisir</source>
@@ -1242,6 +1241,14 @@
     <message>
         <source>Raison&#xa0;: local non visité</source>
         <translation>Reason: room not visited</translation>
+    </message>
+    <message>
+        <source>Lettre précédente</source>
+        <translation>Letter before</translation>
+    </message>
+    <message>
+        <source>Lettre suivante</source>
+        <translation>Letter after</translation>
     </message>
 </context>
 <context>

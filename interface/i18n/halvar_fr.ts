@@ -60,14 +60,21 @@
             <numerusform>%n diagnostics n&apos;ont pas pu être effacés.</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>%n mois</source>
+        <translation>
+            <numerusform>%n mois</numerusform>
+            <numerusform>%n mois</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>StatusBar</name>
     <message numerus="yes">
-        <source>Source périmée&#xa0;: %n jour(s)</source>
+        <source>Source périmée depuis %n jour(s)</source>
         <translation>
-            <numerusform>Source périmée&#xa0;: %n jour</numerusform>
-            <numerusform>Source périmée&#xa0;: %n jours</numerusform>
+            <numerusform>Source périmée depuis %n jour</numerusform>
+            <numerusform>Source périmée depuis %n jours</numerusform>
         </translation>
     </message>
 </context>

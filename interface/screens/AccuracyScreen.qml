@@ -14,6 +14,7 @@ Screen {
     readonly property real precision: config.Nist_InformationPrecision()
     readonly property bool running: Instrument.mode === AcquisitionModeEnumClass.ACCURACY
     readonly property QtObject result: controller.currentAccuracy
+    property real started: 0
     property real elapsed: 0
 
     title: qsTr("Contrôle de justesse")
@@ -33,6 +34,7 @@ Screen {
         if (Nav.settling)
             return;
         Nav.settle();
+        started = Date.now();
         elapsed = 0;
         Nav.settle();
         controller.startAccuracyCheck();
@@ -54,7 +56,7 @@ Screen {
         interval: 100
         repeat: true
         running: screen.running
-        onTriggered: screen.elapsed += 0.1
+        onTriggered: screen.elapsed = (Date.now() - screen.started) / 1000
     }
     ConfirmDialog {
         id: leaveDialog

@@ -12,6 +12,7 @@ Screen {
 
     readonly property bool running: Instrument.mode === AcquisitionModeEnumClass.CALIBRATION
     readonly property bool exhausted: Instrument.calibrationState === CalibrationEnumClass.TOO_MANY_ERRORS
+    property real started: 0
     property real elapsed: 0
 
     readonly property var face: {
@@ -43,6 +44,7 @@ Screen {
         if (Nav.settling)
             return;
         Nav.settle();
+        started = Date.now();
         elapsed = 0;
         Instrument.startCalibration();
     }
@@ -54,7 +56,7 @@ Screen {
         interval: 100
         repeat: true
         running: screen.running
-        onTriggered: screen.elapsed += 0.1
+        onTriggered: screen.elapsed = (Date.now() - screen.started) / 1000
     }
     ConfirmDialog {
         id: leaveDialog

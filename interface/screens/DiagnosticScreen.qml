@@ -38,7 +38,7 @@ Screen {
                         made.push(qsTr("%1 : %2").arg(Words.accuracyStage(stage))
                             .arg(Words.decision(accuracyMeasures[stage].detectionDecision)));
                 }
-                return made.length > 0 ? made.join(" · ") : qsTr("aucun fait");
+                return made.length > 0 ? made.join(" · ") : qsTr("aucun contrôle fait");
             }
             onClicked: Nav.open("AccuracyScreen")
         }

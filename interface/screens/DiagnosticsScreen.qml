@@ -30,7 +30,8 @@ Screen {
         });
     }
 
-    onShown: diagnosticFiles.refresh()
+    onShown: diagnosticFiles.following = true
+    onHidden: diagnosticFiles.following = false
     UnsavedDialog { id: unsavedDialog }
     ConfirmDialog {
         id: damagedDialog

@@ -18,14 +18,14 @@ Screen {
         IconButton {
             objectName: "lessLog"
             sign: "minus"
-            text: qsTr("Noter moins")
+            text: qsTr("Journal moins détaillé")
             enabled: logLines.level < screen.levels.length - 1
             onClicked: ++logLines.level
         },
         IconButton {
             objectName: "moreLog"
             sign: "plus"
-            text: qsTr("Noter plus")
+            text: qsTr("Journal plus détaillé")
             enabled: logLines.level > 0
             onClicked: --logLines.level
         }

@@ -33,8 +33,14 @@ AbstractButton {
     Accessible.role: Accessible.ListItem
     Accessible.name: face.Accessible.name + (noted === "" ? "" : ", " + noted)
     Accessible.onPressAction: clicked()
-    Keys.onReturnPressed: clicked()
-    Keys.onEnterPressed: clicked()
+    Keys.onReturnPressed: press(event)
+    Keys.onEnterPressed: press(event)
+
+    // A key that is held down presses once.
+    function press(event) {
+        if (!event.isAutoRepeat)
+            clicked();
+    }
     onClicked: Nav.open("MeasureScreen", { measure: qtObject, number: number })
 
     background: Rectangle {

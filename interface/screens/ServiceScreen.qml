@@ -32,7 +32,7 @@ Screen {
             [qsTr("Application SAV"), config.VersionAppSAV()],
             [qsTr("Fichier de configuration"), config.VersionXMLFile()],
             [qsTr("Fin de la source"), Qt.formatDate(config.DateEndSource(), "dd-MM-yyyy")],
-            [qsTr("Alerte avant la fin"), qsTr("%1 mois").arg(config.Remaining_Time_Before_EndSource())],
+            [qsTr("Alerte avant la fin"), qsTr("%n mois", "", config.Remaining_Time_Before_EndSource())],
             [qsTr("Dernier calibrage"), controller.lastCalibrationDate],
             [qsTr("Fin de mesure à l'allumage"), config.Type_End_Measure()],
             [qsTr("Durée et nombre de mesures"), qsTr("%1 s, %2").arg(config.Time_Measure()).arg(config.Nbr_Measure())],

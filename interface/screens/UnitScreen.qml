@@ -104,7 +104,7 @@ MeasuringScreen {
                     IconButton {
                         objectName: "zoneBefore"
                         sign: "back"
-                        text: qsTr("Zone précédente")
+                        text: qsTr("Lettre précédente")
                         enabled: screen.unit !== null && Words.zone(screen.unit.zone) > "A" && !Instrument.shooting
                         onClicked: screen.shiftZone(-1)
                     }
@@ -123,7 +123,7 @@ MeasuringScreen {
                     IconButton {
                         objectName: "zoneAfter"
                         sign: "next"
-                        text: qsTr("Zone d'après")
+                        text: qsTr("Lettre suivante")
                         enabled: screen.unit !== null && Words.zone(screen.unit.zone) < "Z" && !Instrument.shooting
                         onClicked: screen.shiftZone(1)
                     }

@@ -19,8 +19,14 @@ T.Button {
 
     Accessible.role: Accessible.Button
     Accessible.name: text
-    Keys.onReturnPressed: clicked()
-    Keys.onEnterPressed: clicked()
+    Keys.onReturnPressed: press(event)
+    Keys.onEnterPressed: press(event)
+
+    // A key that is held down presses once.
+    function press(event) {
+        if (!event.isAutoRepeat)
+            clicked();
+    }
 
     readonly property color ink: !enabled ? Theme.disabledInk : highlighted ? Theme.primaryInk : Theme.primary
 
@@ -45,5 +51,14 @@ T.Button {
         }
         border.width: control.visualFocus ? 3 : control.flat || control.highlighted || !control.enabled ? 0 : 1
         border.color: control.visualFocus ? Theme.focus : Theme.outline
+
+        // The focus's colour is too near to that of what is highlighted.
+        Rectangle {
+            anchors { fill: parent; margins: 3 }
+            visible: control.visualFocus && control.highlighted
+            radius: parent.radius - 3
+            color: "transparent"
+            border { width: 2; color: Theme.primaryInk }
+        }
     }
 }

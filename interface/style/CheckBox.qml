@@ -15,8 +15,16 @@ T.CheckBox {
     Accessible.role: Accessible.CheckBox
     Accessible.name: text
     Accessible.checked: checked
-    Keys.onReturnPressed: { toggle(); toggled(); }
-    Keys.onEnterPressed: { toggle(); toggled(); }
+    Keys.onReturnPressed: press(event)
+    Keys.onEnterPressed: press(event)
+
+    // A key that is held down presses once.
+    function press(event) {
+        if (event.isAutoRepeat)
+            return;
+        toggle();
+        toggled();
+    }
 
     indicator: Rectangle {
         y: (control.height - height) / 2

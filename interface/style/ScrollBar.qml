@@ -10,12 +10,14 @@ T.ScrollBar {
     implicitWidth: 8
     implicitHeight: 8
     padding: 1
+    // Too narrow for a finger: the list itself is drawn.
+    interactive: false
     visible: policy !== T.ScrollBar.AlwaysOff && size < 1
 
     contentItem: Rectangle {
         implicitWidth: 6
         implicitHeight: 6
         radius: 3
-        color: control.pressed ? Theme.primary : Theme.outline
+        color: Theme.outline
     }
 }

@@ -10,14 +10,14 @@ QtObject {
 
     readonly property color background: night ? "#0d1117" : "#eef1f4"
     readonly property color surface: night ? "#1a212b" : "#ffffff"
-    readonly property color surfacePressed: night ? "#2b3644" : "#dbe4ee"
-    readonly property color outline: night ? "#5b6878" : "#8a97a6"
+    readonly property color surfacePressed: night ? "#293441" : "#dbe4ee"
+    readonly property color outline: night ? "#6b7a8b" : "#74818f"
     readonly property color text: night ? "#f3f6f9" : "#101820"
     readonly property color textSecondary: night ? "#c3ccd6" : "#37424e"
     readonly property color primary: night ? "#8fc7ff" : "#0a3f6b"
     readonly property color primaryInk: night ? "#06192b" : "#ffffff"
     readonly property color primaryPressed: night ? "#b9dcff" : "#072c4b"
-    readonly property color disabled: night ? "#39434f" : "#c9d1d9"
+    readonly property color disabled: night ? "#333c46" : "#d5dce3"
     readonly property color disabledInk: night ? "#a3adb8" : "#4b5560"
 
     // What a decision, a fault or a readiness looks like; a word and a sign always stand beside it.

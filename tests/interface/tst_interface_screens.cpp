@@ -199,7 +199,8 @@ try {
     for (DatabaseItemListModel *list :
          {showcase.database.m_LocalItemsListModel, showcase.database.m_ElementItemsListModel,
           showcase.database.m_SubstratItemsListModel, showcase.database.m_RevetementItemsListModel,
-          showcase.database.m_EtatUsageItemsListModel, showcase.database.m_EtatDegradeItemsListModel})
+          showcase.database.m_EtatUsageItemsListModel, showcase.database.m_EtatDegradeItemsListModel,
+          showcase.database.m_NonVisiteItemsListModel, showcase.database.m_NonMesureItemsListModel})
         list->clear();
     addUnit(showcase, QString(), QString());
     VERIFY_NOTHING_FOUND(lookAtAll(showcase, QString(), Strictness::Everything));
@@ -210,6 +211,17 @@ try {
     showcase.hand->fill(QStringLiteral("search"), QStringLiteral("Grange"));
     QTRY_VERIFY(isSaid(showcase.window, QStringLiteral("Rien ne correspond à « Grange ».")));
     QVERIFY(showcase.hand->see(QStringLiteral("Ajouter « Grange »")));
+    showcase.hand->key(Qt::Key_Escape);
+    showcase.hand->waitForScreen(QStringLiteral("HomeScreen"));
+
+    // A unit can be left out all the same.
+    showcase.open(QStringLiteral("UnitScreen"), {{QStringLiteral("row"), 0}});
+    showcase.hand->tap(QStringLiteral("skip"));
+    showcase.hand->tap(QStringLiteral("yes"));
+    showcase.hand->waitForScreen(QStringLiteral("PickScreen"));
+    showcase.hand->tap(QStringLiteral("none"));
+    showcase.hand->waitForScreen(QStringLiteral("UnitScreen"));
+    QCOMPARE(showcase->uds->at(0)->statut(), UDStatutEnumClass::SKIPPED);
 } catch (const Failure &failure) {
     QFAIL(qUtf8Printable(failure.text));
 }

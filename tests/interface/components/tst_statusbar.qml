@@ -46,8 +46,8 @@ Item {
         function test_source_isToldByItsEnd_data() {
             return [{ tag: "long", days: 2000, text: "" },
                     { tag: "soon", days: 20, text: "Source : fin le " },
-                    { tag: "expired", days: -3, text: "Source périmée : 3 jours" },
-                    { tag: "expired yesterday", days: -1, text: "Source périmée : 1 jour" }];
+                    { tag: "expired", days: -3, text: "Source périmée depuis 3 jours" },
+                    { tag: "expired yesterday", days: -1, text: "Source périmée depuis 1 jour" }];
         }
         function test_source_isToldByItsEnd(data) {
             bench.setSourceEnd(data.days);
