@@ -13,6 +13,8 @@
 
 namespace {
 
+constexpr int Patience = 60000; // ms
+
 QProcessEnvironment without(const QStringList &names)
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -28,6 +30,17 @@ QString librariesOf(const QString &program)
     list.start(QStringLiteral("ldd"), {program});
     list.waitForFinished();
     return QString::fromLocal8Bit(list.readAllStandardOutput());
+}
+
+/// Starts it, and waits for as long as its window may take under the sanitizers.
+bool startPanel(SimulatorProcess &simulator, const QStringList &options = {})
+{
+    simulator.process().setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    simulator.process().start(QStringLiteral(SIMULATOR), QStringList{QStringLiteral("--panel")} + options);
+    return simulator.control.connectTo(SimulatorControl::defaultName(), Patience)
+        && simulator.control.command(QStringLiteral("status"), {}, Patience)
+               .value(QLatin1String("ok"))
+               .toBool();
 }
 
 } // namespace
@@ -53,9 +66,9 @@ private:
 void TstSimulatorPanelProgram::panel_servesLikeAnySimulator()
 {
     SimulatorProcess simulator(QStringLiteral(SIMULATOR));
-    QVERIFY(simulator.start({QStringLiteral("--panel"), QStringLiteral("--speed"), QStringLiteral("7"),
-                             QStringLiteral("--position"), QStringLiteral("30,40"),
-                             QStringLiteral("--language"), QStringLiteral("en")}));
+    QVERIFY(startPanel(simulator,
+                       {QStringLiteral("--speed"), QStringLiteral("7"), QStringLiteral("--position"),
+                        QStringLiteral("30,40"), QStringLiteral("--language"), QStringLiteral("en")}));
     QCOMPARE(simulator.control.status().value(QLatin1String("speed")).toDouble(), 7.0);
     QVERIFY(simulator.control.press());
     QCOMPARE(simulator.stop(), 0);
@@ -64,7 +77,7 @@ void TstSimulatorPanelProgram::panel_servesLikeAnySimulator()
 void TstSimulatorPanelProgram::panel_endsBySignal()
 {
     SimulatorProcess simulator(QStringLiteral(SIMULATOR));
-    QVERIFY(simulator.start({QStringLiteral("--panel")}));
+    QVERIFY(startPanel(simulator));
     simulator.process().terminate();
     QVERIFY(simulator.process().waitForFinished());
     QCOMPARE(simulator.process().exitStatus(), QProcess::NormalExit);
@@ -98,7 +111,7 @@ void TstSimulatorPanelProgram::start(QProcess &session)
     session.start(QStringLiteral(SESSION),
                   {QFileInfo(QStringLiteral(SIMULATOR)).path(), QStringLiteral("halvar-interface")});
     SimulatorControl control;
-    QVERIFY2(control.connectTo(SimulatorControl::defaultName(), 20000), qPrintable(control.errorString()));
+    QVERIFY2(control.connectTo(SimulatorControl::defaultName(), Patience), qPrintable(control.errorString()));
     // The interface has its controller by then.
     const auto observers = [&] {
         return control.status()
@@ -108,7 +121,7 @@ void TstSimulatorPanelProgram::start(QProcess &session)
             .toArray()
             .size();
     };
-    QTRY_COMPARE_WITH_TIMEOUT(observers(), 1, 20000);
+    QTRY_COMPARE_WITH_TIMEOUT(observers(), 1, Patience);
 }
 
 void TstSimulatorPanelProgram::session_endsWithTheSimulator()
@@ -118,7 +131,7 @@ void TstSimulatorPanelProgram::session_endsWithTheSimulator()
     SimulatorControl control;
     QVERIFY(control.connectTo());
     QVERIFY(control.run(QStringLiteral("quit")));
-    QVERIFY(session.waitForFinished(20000));
+    QVERIFY(session.waitForFinished(Patience));
     QVERIFY(!SimulatorControl().connectTo(SimulatorControl::defaultName(), 0));
 }
 
@@ -142,7 +155,7 @@ void TstSimulatorPanelProgram::session_endsWithTheInterface()
     }
     QVERIFY(interface > 0);
     QCOMPARE(::kill(interface, SIGTERM), 0);
-    QVERIFY(session.waitForFinished(20000));
+    QVERIFY(session.waitForFinished(Patience));
     QCOMPARE(session.exitCode(), 128 + SIGTERM);
     QVERIFY(!SimulatorControl().connectTo(SimulatorControl::defaultName(), 0));
 }
@@ -152,7 +165,7 @@ void TstSimulatorPanelProgram::session_endsBySignal()
     QProcess session;
     start(session);
     session.terminate();
-    QVERIFY(session.waitForFinished(20000));
+    QVERIFY(session.waitForFinished(Patience));
     QVERIFY(!SimulatorControl().connectTo(SimulatorControl::defaultName(), 0));
 }
 
