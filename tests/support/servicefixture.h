@@ -79,7 +79,7 @@ protected:
     std::unique_ptr<TestHome> m_home;
     std::unique_ptr<ControllerFixture> m_fixture;
     HalvarController *c = nullptr;
-    const com::halvar::nap::DetectionResult startOfShot; ///< a result without a decision
+    const com::halvar::nap::DetectionResult startOfShot{}; ///< a result without a decision
 };
 
 #endif // SERVICEFIXTURE_H
