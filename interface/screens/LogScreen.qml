@@ -58,7 +58,7 @@ Screen {
         onMovementEnded: following = atYEnd
         onCountChanged: {
             if (following)
-                positionViewAtEnd();
+                Qt.callLater(positionViewAtEnd);
         }
 
         delegate: Item {

@@ -10,6 +10,8 @@
 #include <QtMath>
 #include <QtTest>
 
+#include <QsLog.h>
+
 #include <databaseitemlistmodel.h>
 #include <failure.h>
 #include <halvar-error.h>
@@ -111,6 +113,8 @@ private slots:
     void stateOfConservation_isShownWhereverTheMeasureIs();
     void negativeConcentration_hasAMinusSign();
     void tenThousandUnits_needNoMoreDelegatesThanFit();
+    void everyLongList_makesNoMoreDelegatesThanFit_data();
+    void everyLongList_makesNoMoreDelegatesThanFit();
     void colours_keepTheirContrast();
 
 private:
@@ -770,6 +774,59 @@ try {
         QVERIFY2(delegatesOf(list) <= 2 * fit, qPrintable(QString::number(delegatesOf(list))));
     }
     QVERIFY2(made.size() <= 3 * fit, qPrintable(QString::number(made.size())));
+} catch (const Failure &failure) {
+    QFAIL(qUtf8Printable(failure.text));
+}
+
+void TstInterfaceBehaviour::everyLongList_makesNoMoreDelegatesThanFit_data()
+{
+    QTest::addColumn<QString>("list");
+    QTest::addColumn<double>("lowestRow"); // px
+    QTest::newRow("PickScreen") << "pickList" << 64.;
+    QTest::newRow("DirectScreen") << "directList" << 100.;
+    QTest::newRow("UnitScreen") << "measureList" << 100.;
+    QTest::newRow("ShocksScreen") << "shockList" << 64.;
+    QTest::newRow("LogScreen") << "logList" << 20.;
+}
+
+void TstInterfaceBehaviour::everyLongList_makesNoMoreDelegatesThanFit()
+try {
+    QFETCH(QString, list);
+    QFETCH(double, lowestRow);
+    constexpr int entries = 400;
+    Showcase &showcase = *m_showcase;
+    showcase.unlock();
+    const QString screen = QString::fromLatin1(QTest::currentDataTag());
+    QVariantMap properties;
+    auto *unit = new UD;
+    showcase->uds->append(unit);
+    for (int i = 0; i < entries; ++i) {
+        showcase.database.m_LocalItemsListModel->add(QStringLiteral("Pièce %1").arg(i), QString(),
+                                                     QStringLiteral("locaux"));
+        showcase->directMeasures->append(new Measure);
+        unit->measures()->append(new Measure);
+        if (screen == QLatin1String("LogScreen")) {
+            QLOG_FATAL() << "line" << i;
+        }
+        if (screen == QLatin1String("ShocksScreen"))
+            showcase->error->setShock(true);
+    }
+    if (screen == QLatin1String("PickScreen"))
+        properties.insert(QStringLiteral("items"), showcase.object(QStringLiteral("rooms")));
+    else if (screen == QLatin1String("UnitScreen"))
+        properties.insert(QStringLiteral("row"), 0);
+    showcase.open(screen, properties);
+    showcase.hand->pause(100);
+
+    QQuickItem *view = itemNamed(showcase, list);
+    QVERIFY(view->property("count").toInt() >= entries);
+    // One cut at each end, and what is no row: header, footer, highlight.
+    const int fit = int(view->height() / lowestRow) + 2;
+    // A list that is led to its end has put its first rows aside for the next ones.
+    const int bound = (view->property("atYBeginning").toBool() ? fit : 2 * fit) + 3;
+    const int made = view->property("contentItem").value<QQuickItem *>()->childItems().size();
+    QVERIFY2(made > 3, qPrintable(QString::number(made)));
+    QVERIFY2(made <= bound, qPrintable(QStringLiteral("%1 of %2").arg(made).arg(bound)));
 } catch (const Failure &failure) {
     QFAIL(qUtf8Printable(failure.text));
 }
