@@ -200,7 +200,8 @@ try {
         delegates += child->objectName() == QLatin1String("trafficLine") ? 1 : 0;
     const int fit = qCeil(list->height() / 22) + 1;
     QVERIFY2(delegates >= fit - 2 && delegates <= 2 * fit, qPrintable(QString::number(delegates)));
-    VERIFY_NOTHING_FOUND(complaints(bench.window));
+    // The list lays itself out with the next picture.
+    QTRY_VERIFY(complaints(bench.window).isEmpty());
     VERIFY_NOTHING_FOUND(bench.watch.warnings());
 } catch (const Failure &failure) {
     QFAIL(qUtf8Printable(failure.text));
