@@ -64,6 +64,7 @@ private slots:
     void failedSave_keepsWhatIsOpen();
     void reasonWhyNotMeasured_keepsTheObservation_data();
     void reasonWhyNotMeasured_keepsTheObservation();
+    void unmeasuredUnit_hasTheNumberOfItsFileAndCanBeDeleted();
     void observation_isSavedWhenTheScreenIsLeftFromItsField();
     void readiness_isAskedForWhereNothingCanBegin();
     void slowService_isToldAndLeftAlone();
@@ -227,6 +228,30 @@ try {
     showcase.hand->waitForScreen(QStringLiteral("UnitScreen"));
     QCOMPARE(unit->observation(), after);
     QCOMPARE(unit->statut(), UDStatutEnumClass::SKIPPED);
+} catch (const Failure &failure) {
+    QFAIL(qUtf8Printable(failure.text));
+}
+
+void TstInterfaceFaults::unmeasuredUnit_hasTheNumberOfItsFileAndCanBeDeleted()
+try {
+    Showcase &showcase = *m_showcase;
+    for (const char *element : {"Mur", "Porte", "Plinthe"}) {
+        auto *unit = new UD;
+        unit->setLocal(QStringLiteral("Cave"));
+        unit->setElement(QLatin1String(element));
+        showcase->uds->append(unit);
+    }
+    showcase.open(QStringLiteral("UnitsScreen"), {{QStringLiteral("room"), QStringLiteral("Cave")}});
+    showcase.hand->tap(QStringLiteral("Zone A · Porte"));
+    showcase.hand->waitForScreen(QStringLiteral("UnitScreen"));
+    QVERIFY(isSaid(showcase.window, QStringLiteral("unité n° 2")));
+    showcase.hand->tap(QStringLiteral("removeUnit"));
+    showcase.hand->tap(QStringLiteral("yes"));
+    showcase.hand->waitForScreen(QStringLiteral("UnitsScreen"));
+    QCOMPARE(showcase->uds->count(), 2);
+    showcase.hand->tap(QStringLiteral("Zone A · Plinthe"));
+    showcase.hand->waitForScreen(QStringLiteral("UnitScreen"));
+    QVERIFY(isSaid(showcase.window, QStringLiteral("unité n° 2")));
 } catch (const Failure &failure) {
     QFAIL(qUtf8Printable(failure.text));
 }
