@@ -21,6 +21,7 @@
 #include <udlistmodel.h>
 
 #include "eye.h"
+#include "picturecache.h"
 #include "showcase.h"
 
 namespace nap = com::halvar::nap;
@@ -51,6 +52,7 @@ void Bench::cleanupTestCase()
     m_interface.reset();
     m_controller.reset();
     m_database.reset();
+    emptyPictureCache();
 }
 
 QStringList Bench::warnings()
