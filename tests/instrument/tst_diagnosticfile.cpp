@@ -9,7 +9,7 @@
 
 #include <rapidcheck.h>
 
-#include "diagnosticfixture.h"
+#include "diagnostictest.h"
 #include "logrecorder.h"
 #include "signallog.h"
 
@@ -48,13 +48,11 @@ Measure *addMeasure(UD *unit, int id, double concentration, double sigma,
 
 } // namespace
 
-class TstDiagnosticFile : public QObject
+class TstDiagnosticFile : public DiagnosticTest
 {
     Q_OBJECT
 
 private:
-    std::unique_ptr<DiagnosticFixture> m;
-
     /// What tests/data/diagnostic/full.xml says.
     void fillDiagnostic()
     {
@@ -85,15 +83,6 @@ private:
     }
 
 private slots:
-    void initTestCase()
-    {
-        QVERIFY2(qEnvironmentVariableIsSet("HALVAR_INSTRUMENT"),
-                 "Run through simulator/instrument: this test would drive the machine's own GPIO and shell.");
-        m = std::make_unique<DiagnosticFixture>();
-    }
-    void init() { m->clear(); }
-    void cleanupTestCase() { m.reset(); }
-
     // --- saving
 
     void diagnosticWithoutName_isNotSaved()

@@ -10,7 +10,7 @@
 
 #include <sys/resource.h>
 
-#include "diagnosticfixture.h"
+#include "diagnostictest.h"
 #include "logrecorder.h"
 
 namespace {
@@ -56,13 +56,11 @@ private:
 
 } // namespace
 
-class TstDiagnosticFileDamage : public QObject
+class TstDiagnosticFileDamage : public DiagnosticTest
 {
     Q_OBJECT
 
 private:
-    std::unique_ptr<DiagnosticFixture> m;
-
     const QString m_path = QStringLiteral("loaded");
     QStringList errors(const LogRecorder &log) const { return log.lines(QStringLiteral("ERROR")); }
     /// What the whole document leaves in a blank controller.
@@ -80,15 +78,6 @@ private:
     }
 
 private slots:
-    void initTestCase()
-    {
-        QVERIFY2(qEnvironmentVariableIsSet("HALVAR_INSTRUMENT"),
-                 "Run through simulator/instrument: this test would drive the machine's own GPIO and shell.");
-        m = std::make_unique<DiagnosticFixture>();
-    }
-    void init() { m->clear(); }
-    void cleanupTestCase() { m.reset(); }
-
     // --- damage
 
     void fileCutAtAnyByte_givesWholeValuesOnly_andIsKept()

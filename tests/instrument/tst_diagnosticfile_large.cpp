@@ -6,26 +6,14 @@
 
 #include <memory>
 
-#include "diagnosticfixture.h"
+#include "diagnostictest.h"
 #include "logrecorder.h"
 
-class TstDiagnosticFileLarge : public QObject
+class TstDiagnosticFileLarge : public DiagnosticTest
 {
     Q_OBJECT
 
-private:
-    std::unique_ptr<DiagnosticFixture> m;
-
 private slots:
-    void initTestCase()
-    {
-        QVERIFY2(qEnvironmentVariableIsSet("HALVAR_INSTRUMENT"),
-                 "Run through simulator/instrument: this test would drive the machine's own GPIO and shell.");
-        m = std::make_unique<DiagnosticFixture>();
-    }
-    void init() { m->clear(); }
-    void cleanupTestCase() { m.reset(); }
-
     void diagnostic_isLoadedAndSaved_data()
     {
         QTest::addColumn<int>("units");

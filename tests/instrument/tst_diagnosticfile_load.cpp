@@ -6,7 +6,7 @@
 
 #include <memory>
 
-#include "diagnosticfixture.h"
+#include "diagnostictest.h"
 #include "logrecorder.h"
 #include "signallog.h"
 
@@ -35,23 +35,11 @@ QByteArray measure(const QByteArray &content)
 
 } // namespace
 
-class TstDiagnosticFileLoad : public QObject
+class TstDiagnosticFileLoad : public DiagnosticTest
 {
     Q_OBJECT
 
-private:
-    std::unique_ptr<DiagnosticFixture> m;
-
 private slots:
-    void initTestCase()
-    {
-        QVERIFY2(qEnvironmentVariableIsSet("HALVAR_INSTRUMENT"),
-                 "Run through simulator/instrument: this test would drive the machine's own GPIO and shell.");
-        m = std::make_unique<DiagnosticFixture>();
-    }
-    void init() { m->clear(); }
-    void cleanupTestCase() { m.reset(); }
-
     void loading_isLogged()
     {
         const QString path = m->path(QStringLiteral("loaded"));

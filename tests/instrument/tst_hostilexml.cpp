@@ -9,7 +9,7 @@
 #include <functional>
 #include <memory>
 
-#include "diagnosticfixture.h"
+#include "diagnostictest.h"
 #include "logrecorder.h"
 #include "memorypeak.h"
 #include "shocklistmodel.h"
@@ -37,23 +37,11 @@ constexpr int Megabyte = 1000 * 1000;
 
 } // namespace
 
-class TstHostileXml : public QObject
+class TstHostileXml : public DiagnosticTest
 {
     Q_OBJECT
 
-private:
-    std::unique_ptr<DiagnosticFixture> m;
-
 private slots:
-    void initTestCase()
-    {
-        QVERIFY2(qEnvironmentVariableIsSet("HALVAR_INSTRUMENT"),
-                 "Run through simulator/instrument: this test would drive the machine's own GPIO and shell.");
-        m = std::make_unique<DiagnosticFixture>();
-    }
-    void init() { m->clear(); }
-    void cleanupTestCase() { m.reset(); }
-
     void costlyDocument_isAnErrorWithinSeconds_data()
     {
         QTest::addColumn<QByteArray>("document");
