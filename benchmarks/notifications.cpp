@@ -21,6 +21,7 @@
 #include <nap/records.h>
 
 #include "core.h"
+#include "detectionrequest.h"
 #include "goals.h"
 #include "napobserver.h"
 #include "quantile.h"
@@ -95,22 +96,6 @@ constexpr int messages = 250;
 constexpr int singles = 1000;
 constexpr std::chrono::microseconds pause(100); // between singles: enough for both threads to fall asleep
 constexpr int patience = 10000; // pauses, before a single counts as lost
-
-/// What the middleware hands to the observer when a notification has come in.
-tessel::Tuple request(double value)
-{
-    nap::DetectionResult detection;
-    detection.set_value(value);
-    detection.set_sigma(0.125);
-    detection.set_decision(nap::POSITIVE);
-    detection.set_sourceActivity(37.5);
-    nap::NotificationMessage message;
-    message.set_id("NAP_DETECTION");
-    message.set_detection(detection);
-    tessel::Tuple request("com.halvar.nap.NotificationObserver.onMessage");
-    request.set("message", tessel::Value(message));
-    return request;
-}
 
 /// The interface thread's end, with a binding that shows what arrives, and the thread at the other end.
 class Bound
@@ -246,7 +231,7 @@ void notification(benchmark::State &state, Run run)
                      &Display::showDetection);
     std::vector<tessel::Tuple> requests;
     for (int i = 0; i < messages; ++i)
-        requests.push_back(request(i));
+        requests.push_back(detectionRequest(i));
     tessel::Service &service = *observer;
     run(state, bound, messages, [&requests, &service](int value) {
         tessel::Tuple reply;

@@ -15,6 +15,7 @@
 #include <nap/records.h>
 
 #include "corepath.h"
+#include "detectionrequest.h"
 #include "mspcodec.h"
 #include "napobserver.h"
 
@@ -43,21 +44,6 @@ private:
 
 namespace {
 
-tessel::Tuple requestOf(double value)
-{
-    nap::DetectionResult detection;
-    detection.set_value(value);
-    detection.set_sigma(0.125);
-    detection.set_decision(nap::POSITIVE);
-    detection.set_sourceActivity(37.5);
-    nap::NotificationMessage message;
-    message.set_id("NAP_DETECTION");
-    message.set_detection(detection);
-    tessel::Tuple request("com.halvar.nap.NotificationObserver.onMessage");
-    request.set("message", tessel::Value(message));
-    return request;
-}
-
 void notify()
 {
     constexpr int notifications = 200;
@@ -73,7 +59,7 @@ void notify()
                      &Concentration::show, Qt::QueuedConnection);
     std::vector<tessel::Tuple> requests;
     for (int i = 0; i < notifications; ++i)
-        requests.push_back(requestOf(i));
+        requests.push_back(detectionRequest(i));
     tessel::Service &service = *observer;
     countSecond([&] {
         for (const tessel::Tuple &request : requests) {
