@@ -53,6 +53,8 @@ private:
     QJsonObject msp() { return m_simulator->control.status().value(QLatin1String("msp")).toObject(); }
     void waitForMsp(const QString &state);
     void waitUntilIdle();
+    /// Presses the trigger of an armed instrument and holds it until its measure shows a result.
+    void pressUntilAResult(MeasureListModel *measures);
     /// Two units of a room in a diagnostic that is in its file; the first wants measures.
     void openDiagnostic();
     QString saved() const { return textOf(Showcase::home() + QStringLiteral("files/Essai.xml")); }
@@ -99,6 +101,14 @@ void TstInterfaceInstrument::waitForMsp(const QString &state)
 {
     m_showcase->hand->waitFor([&] { return msp().value(QLatin1String("state")).toString() == state; },
                               QStringLiteral("the MSP is to be in ") + state);
+}
+
+void TstInterfaceInstrument::pressUntilAResult(MeasureListModel *measures)
+{
+    waitForMsp(QStringLiteral("READY_HARD"));
+    run(QStringLiteral("press"));
+    m_showcase->hand->waitFor([&] { return measures->count() > 0 && measures->at(0)->sigma() > 0; },
+                              QStringLiteral("a result is to come"));
 }
 
 void TstInterfaceInstrument::waitUntilIdle()
@@ -205,11 +215,8 @@ try {
     Showcase &showcase = *m_showcase;
     openDiagnostic();
     showcase.open(QStringLiteral("UnitScreen"), {{QStringLiteral("row"), 0}});
-    waitForMsp(QStringLiteral("READY_HARD"));
-    run(QStringLiteral("press"));
     MeasureListModel *measures = showcase->uds->at(0)->measures();
-    showcase.hand->waitFor([&] { return measures->count() > 0 && measures->at(0)->sigma() > 0; },
-                           QStringLiteral("a result is to come"));
+    pressUntilAResult(measures);
     m_simulator->kill();
     showcase.hand->waitFor(
         [&] { return isSaid(showcase.window, QStringLiteral("L'instrument ne répond plus")); },
@@ -237,11 +244,8 @@ void TstInterfaceInstrument::serviceSilentForAWhile_isSaidUntilItSpeaks()
 try {
     Showcase &showcase = *m_showcase;
     showcase.open(QStringLiteral("DirectScreen"));
-    waitForMsp(QStringLiteral("READY_HARD"));
-    run(QStringLiteral("press"));
     MeasureListModel *measures = showcase->directMeasures;
-    showcase.hand->waitFor([&] { return measures->count() > 0 && measures->at(0)->sigma() > 0; },
-                           QStringLiteral("a result is to come"));
+    pressUntilAResult(measures);
     // So slow that the next result is not to be expected.
     run(QStringLiteral("speed"), {{QStringLiteral("value"), 0.01}});
     showcase.hand->waitFor(
@@ -262,11 +266,8 @@ void TstInterfaceInstrument::mspDyingInAShot_leavesTheResultsAndTheScreens()
 try {
     Showcase &showcase = *m_showcase;
     showcase.open(QStringLiteral("DirectScreen"));
-    waitForMsp(QStringLiteral("READY_HARD"));
-    run(QStringLiteral("press"));
     MeasureListModel *measures = showcase->directMeasures;
-    showcase.hand->waitFor([&] { return measures->count() > 0 && measures->at(0)->sigma() > 0; },
-                           QStringLiteral("a result is to come"));
+    pressUntilAResult(measures);
     run(QStringLiteral("mspDie"));
     // Nobody tells that the trigger is released; the operator ends the shot on the screen.
     run(QStringLiteral("release"));
