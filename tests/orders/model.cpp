@@ -128,15 +128,6 @@ void Model::handle(const Event &event)
         applyUnit(event);
 }
 
-template <typename T>
-void Model::set(T &member, const T &value, const std::string &effect)
-{
-    if (member == value)
-        return;
-    member = value;
-    tell(effect);
-}
-
 void Model::setAcquisitionMode(int mode)
 {
     set(m_state.acquisitionMode, mode, "acquisitionModeChanged " + std::to_string(mode));

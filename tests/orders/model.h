@@ -133,7 +133,13 @@ private:
     MeasureModel &currentAccuracy() { return m_accuracies[std::size_t(m_currentAccuracy)]; }
     UnitModel *unit(int row);
     template <typename T>
-    void set(T &member, const T &value, const std::string &effect);
+    void set(T &member, const T &value, const std::string &effect)
+    {
+        if (member == value)
+            return;
+        member = value;
+        tell(effect);
+    }
 
     State m_state; ///< what is a plain value; the rest of it is put together by state()
     Effects m_out;
