@@ -8,10 +8,10 @@ import HalvarStyle 1.0
 Rectangle {
     id: banner
 
-    property string heading
+    required property string heading
     property string detail
     property string sign: "warning"
-    property string action
+    required property string action
     property color ink: Theme.alarmInk
 
     signal acted()

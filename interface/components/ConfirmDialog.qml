@@ -8,7 +8,7 @@ import HalvarStyle 1.0
 Dialog {
     id: dialog
 
-    property string question
+    required property string question
     // A second way to go on, when there is one.
     property string other
     property string yes: qsTr("Confirmer")
@@ -76,7 +76,7 @@ Dialog {
             id: waiting
             anchors.fill: parent
             visible: Nav.settling
-            Keys.onPressed: event.accepted = true
+            Keys.onPressed: function(event) { event.accepted = true; }
         }
     }
 }

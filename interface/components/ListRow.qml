@@ -4,12 +4,11 @@ import QtQuick 2.15
 import QtQuick.Controls 2.15
 import HalvarStyle 1.0
 
-// A row of a list: a picture or a sign, two lines of text, and what follows them at the right. It is chosen by touch, or
-// with the arrows and Enter.
+// A picture or a sign, two lines of text, and what follows them at the right: a large button.
 AbstractButton {
     id: row
 
-    property string heading
+    required property string heading
     property string detail
     property string picture
     property string sign
@@ -22,17 +21,13 @@ AbstractButton {
     Accessible.role: Accessible.ListItem
     Accessible.name: detail === "" ? heading : heading + ", " + detail
     Accessible.onPressAction: clicked()
-    Keys.onReturnPressed: press(event)
-    Keys.onEnterPressed: press(event)
+    Keys.onReturnPressed: function(event) { press(event); }
+    Keys.onEnterPressed: function(event) { press(event); }
 
     // A key that is held down presses once.
     function press(event) {
         if (!event.isAutoRepeat)
             clicked();
-    }
-    onClicked: {
-        if (ListView.view)
-            ListView.view.currentIndex = index;
     }
 
     background: Rectangle {
@@ -62,7 +57,7 @@ AbstractButton {
                 source: row.picture
                 visible: status === Image.Ready
                 fillMode: Image.PreserveAspectFit
-                sourceSize { width: 96; height: 96 }
+                sourceSize: Qt.size(96, 96)
                 asynchronous: true
             }
             // A light picture would have no edge on the row.

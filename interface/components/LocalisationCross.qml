@@ -29,15 +29,16 @@ Item {
         ]
         Button {
             id: place
-            readonly property bool current: cross.value === modelData.localisation
-            objectName: "localisation" + modelData.localisation
-            x: modelData.column * (cross.side + Theme.spacingSmall)
-            y: modelData.row * (cross.side + Theme.spacingSmall)
+            required property var modelData
+            readonly property bool current: cross.value === place.modelData.localisation
+            objectName: "localisation" + place.modelData.localisation
+            x: place.modelData.column * (cross.side + Theme.spacingSmall)
+            y: place.modelData.row * (cross.side + Theme.spacingSmall)
             width: cross.side
             height: cross.side
             highlighted: current
-            text: Words.localisation(modelData.localisation)
-            onClicked: cross.chosen(current ? LocalisationEnumClass.NOT_DETERMINED : modelData.localisation)
+            text: Words.localisation(place.modelData.localisation)
+            onClicked: cross.chosen(current ? LocalisationEnumClass.NOT_DETERMINED : place.modelData.localisation)
             padding: 0
             leftPadding: 2
             rightPadding: 2

@@ -65,27 +65,29 @@ Item {
         Repeater {
             model: [{ rim: 2, color: Theme.surface }, { rim: 0, color: Theme.text }]
             Item {
+                id: line
+                required property var modelData
                 anchors.fill: parent
                 Rectangle {
-                    x: -modelData.rim
-                    y: parent.height / 2 - 1.5 - modelData.rim
-                    width: parent.width + 2 * modelData.rim
-                    height: 3 + 2 * modelData.rim
-                    color: modelData.color
+                    x: -line.modelData.rim
+                    y: parent.height / 2 - 1.5 - line.modelData.rim
+                    width: parent.width + 2 * line.modelData.rim
+                    height: 3 + 2 * line.modelData.rim
+                    color: line.modelData.color
                 }
                 Rectangle {
-                    x: -modelData.rim
-                    y: -modelData.rim
-                    width: 3 + 2 * modelData.rim
-                    height: parent.height + 2 * modelData.rim
-                    color: modelData.color
+                    x: -line.modelData.rim
+                    y: -line.modelData.rim
+                    width: 3 + 2 * line.modelData.rim
+                    height: parent.height + 2 * line.modelData.rim
+                    color: line.modelData.color
                 }
                 Rectangle {
-                    x: parent.width - 3 - modelData.rim
-                    y: -modelData.rim
-                    width: 3 + 2 * modelData.rim
-                    height: parent.height + 2 * modelData.rim
-                    color: modelData.color
+                    x: parent.width - 3 - line.modelData.rim
+                    y: -line.modelData.rim
+                    width: 3 + 2 * line.modelData.rim
+                    height: parent.height + 2 * line.modelData.rim
+                    color: line.modelData.color
                 }
             }
         }

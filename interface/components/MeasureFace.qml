@@ -7,7 +7,7 @@ import HalvarStyle 1.0
 Item {
     id: face
 
-    property string heading
+    required property string heading
     property real concentration: 0
     property real sigma: 0
     property int decision: 0

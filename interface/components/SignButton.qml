@@ -8,7 +8,7 @@ import HalvarStyle 1.0
 Button {
     id: control
 
-    property string sign
+    required property string sign
 
     contentItem: Item {
         implicitWidth: 24 + Theme.spacing + words.implicitWidth

@@ -7,8 +7,8 @@ import HalvarStyle 1.0
 Rectangle {
     id: chip
 
-    property string sign
-    property string word
+    required property string sign
+    required property string word
     property color tint: Theme.neutral
     property bool large: false
 

@@ -9,7 +9,7 @@ import HalvarStyle 1.0
 Rectangle {
     id: stepper
 
-    property string name
+    required property string name
     property string unit
     property int from: 0
     property int to: 100

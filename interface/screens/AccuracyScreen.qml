@@ -154,33 +154,35 @@ Screen {
                 model: accuracyMeasures
                 ListRow {
                     id: stageRow
-                    readonly property bool chosen: controller.accuracyStage === index
-                    objectName: "stage" + index
+                    required property int index
+                    required property QtObject modelData
+                    readonly property bool chosen: controller.accuracyStage === stageRow.index
+                    objectName: "stage" + stageRow.index
                     width: (stages.width - (stages.columns - 1) * stages.spacing) / stages.columns
                     enabled: !screen.running
                     chevron: false
                     sign: chosen ? "check" : "open"
-                    heading: Words.accuracyStage(index)
+                    heading: Words.accuracyStage(stageRow.index)
                     detail: {
-                        if (index === AccuracyStageEnumClass.ACCURACY_LIVE)
+                        if (stageRow.index === AccuracyStageEnumClass.ACCURACY_LIVE)
                             return qsTr("hors diagnostic");
-                        return modelData.idNAP < 0 ? qsTr("pas encore fait")
-                                                   : qsTr("mesure n° %1").arg(modelData.idNAP);
+                        return stageRow.modelData.idNAP < 0 ? qsTr("pas encore fait")
+                                                   : qsTr("mesure n° %1").arg(stageRow.modelData.idNAP);
                     }
-                    onClicked: controller.accuracyStage = index
+                    onClicked: controller.accuracyStage = stageRow.index
 
                     Column {
-                        visible: modelData.idNAP >= 0
+                        visible: stageRow.modelData.idNAP >= 0
                         SignChip {
                             anchors.right: parent.right
-                            sign: Words.decisionSign(modelData.detectionDecision)
-                            word: Words.decision(modelData.detectionDecision)
-                            tint: Words.decisionColor(modelData.detectionDecision)
+                            sign: Words.decisionSign(stageRow.modelData.detectionDecision)
+                            word: Words.decision(stageRow.modelData.detectionDecision)
+                            tint: Words.decisionColor(stageRow.modelData.detectionDecision)
                         }
                         Text {
                             anchors.right: parent.right
-                            text: modelData.sigma > 0 ? qsTr("%1 ± %2").arg(Words.concentration(modelData.concentration))
-                                                            .arg(Words.concentration(modelData.sigma)) : ""
+                            text: stageRow.modelData.sigma > 0 ? qsTr("%1 ± %2").arg(Words.concentration(stageRow.modelData.concentration))
+                                                            .arg(Words.concentration(stageRow.modelData.sigma)) : ""
                             visible: text !== ""
                             color: Theme.text
                             font.pixelSize: Theme.fontSmall

@@ -71,26 +71,32 @@ Screen {
         emptyText: qsTr("Aucun diagnostic. Créez le premier avec « Nouveau ».")
         Accessible.name: screen.title
 
-        delegate: ListRow {
+        delegate: ChoiceRow {
             id: file
+            required property string name
+            required property string path
+            required property string place
+            required property int units
+            required property bool damaged
+            required property string problem
             width: list.width - 2 * Theme.margin
-            sign: model.damaged ? "warning" : "document"
-            signColor: model.damaged ? Theme.alarm : Theme.primary
-            heading: model.name
+            sign: file.damaged ? "warning" : "document"
+            signColor: file.damaged ? Theme.alarm : Theme.primary
+            heading: file.name
             detail: {
-                if (model.damaged)
-                    return qsTr("Endommagé : %1").arg(model.problem);
-                var units = qsTr("%n unité(s)", "", model.units);
-                return model.place === "" ? units : units + " · " + model.place;
+                if (file.damaged)
+                    return qsTr("Endommagé : %1").arg(file.problem);
+                var counted = qsTr("%n unité(s)", "", file.units);
+                return file.place === "" ? counted : counted + " · " + file.place;
             }
             onClicked: {
-                if (!model.damaged) {
-                    screen.load(model.path);
+                if (!file.damaged) {
+                    screen.load(file.path);
                     return;
                 }
-                damagedDialog.path = model.path;
-                damagedDialog.name = model.name;
-                damagedDialog.problem = model.problem;
+                damagedDialog.path = file.path;
+                damagedDialog.name = file.name;
+                damagedDialog.problem = file.problem;
                 damagedDialog.open();
             }
 
@@ -99,8 +105,8 @@ Screen {
                 sign: "bin"
                 text: qsTr("Supprimer « %1 »").arg(file.heading)
                 onClicked: {
-                    removeDialog.path = model.path;
-                    removeDialog.name = model.name;
+                    removeDialog.path = file.path;
+                    removeDialog.name = file.name;
                     removeDialog.open();
                 }
             }

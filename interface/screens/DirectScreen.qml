@@ -54,9 +54,11 @@ MeasuringScreen {
         Accessible.name: qsTr("Mesures directes")
 
         delegate: MeasureRow {
+            id: entry
+            required property int index
             width: list.width - 2 * Theme.margin
-            number: list.count - index
-            live: Instrument.shooting && index === 0 && Instrument.measure !== null
+            number: list.count - entry.index
+            live: Instrument.shooting && entry.index === 0 && Instrument.measure !== null
         }
     }
     Connections {

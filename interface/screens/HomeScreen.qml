@@ -15,7 +15,7 @@ Screen {
         objectName: "themeButton"
         sign: Theme.night ? "sun" : "moon"
         text: Theme.night ? qsTr("Affichage de jour") : qsTr("Affichage de nuit")
-        onClicked: screen.ApplicationWindow.window.night = !Theme.night
+        onClicked: ApplicationWindow.window.night = !Theme.night
     }
 
     readonly property var tiles: [
@@ -53,18 +53,19 @@ Screen {
                 model: screen.tiles
                 Button {
                     id: tile
-                    objectName: "tile_" + modelData.name
+                    required property var modelData
+                    objectName: "tile_" + tile.modelData.name
                     width: (grid.width - (grid.columns - 1) * grid.spacing) / grid.columns
                     height: Math.max(104, Math.min(180, (sheet.height - 2 * Theme.spacing
                         - (opened.visible ? opened.height + Theme.spacing : 0)) / grid.lines - grid.spacing))
-                    text: modelData.text
-                    onClicked: Nav.open(modelData.screen)
+                    text: tile.modelData.text
+                    onClicked: Nav.open(tile.modelData.screen)
 
                     contentItem: Item {
                         Icon {
                             id: tileIcon
                             anchors { horizontalCenter: parent.horizontalCenter; verticalCenter: parent.verticalCenter; verticalCenterOffset: -18 }
-                            name: modelData.sign
+                            name: tile.modelData.sign
                             size: 44
                             color: tile.ink
                         }

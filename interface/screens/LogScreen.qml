@@ -62,6 +62,10 @@ Screen {
         }
 
         delegate: Item {
+            id: row
+            required property int level
+            required property string time
+            required property string text
             width: list.width - 2 * Theme.margin
             height: line.implicitHeight + 8
             Accessible.role: Accessible.ListItem
@@ -71,9 +75,9 @@ Screen {
                 id: line
                 y: 4
                 width: parent.width
-                text: model.time + " " + screen.levels[model.level] + " " + model.text
+                text: row.time + " " + screen.levels[row.level] + " " + row.text
                 font.pixelSize: Theme.fontTiny
-                color: model.level >= 4 ? Theme.alarm : model.level === 3 ? Theme.undecided : Theme.text
+                color: row.level >= 4 ? Theme.alarm : row.level === 3 ? Theme.undecided : Theme.text
                 wrapMode: Text.Wrap
                 maximumLineCount: 6
                 elide: Text.ElideRight

@@ -10,17 +10,21 @@ import HalvarStyle 1.0
 AbstractButton {
     id: row
 
-    property int number: 0
+    required property int number
     property bool live: false
-    // A role holds an enumeration's value in a wrapping of its own; a number compares.
-    readonly property int place: localisation
-    readonly property int degradation: degradationState
+    required property QtObject qtObject
+    required property int idNAP
+    required property double concentration
+    required property double sigma
+    required property int detectionDecision
+    required property int localisation
+    required property int degradationState
     readonly property string noted: {
         var words = [];
-        if (place !== LocalisationEnumClass.NOT_DETERMINED)
-            words.push(Words.localisation(place));
-        if (degradation !== DegradationStateEnumClass.NON_DEGRADE)
-            words.push(Words.degradation(degradation));
+        if (localisation !== LocalisationEnumClass.NOT_DETERMINED)
+            words.push(Words.localisation(localisation));
+        if (degradationState !== DegradationStateEnumClass.NON_DEGRADE)
+            words.push(Words.degradation(degradationState));
         // The state of conservation is announced by the signal of the degradation.
         if (qtObject && qtObject.degradationState >= 0 && qtObject.conservationState !== "")
             words.push(qtObject.conservationState);
@@ -33,8 +37,8 @@ AbstractButton {
     Accessible.role: Accessible.ListItem
     Accessible.name: face.Accessible.name + (noted === "" ? "" : ", " + noted)
     Accessible.onPressAction: clicked()
-    Keys.onReturnPressed: press(event)
-    Keys.onEnterPressed: press(event)
+    Keys.onReturnPressed: function(event) { press(event); }
+    Keys.onEnterPressed: function(event) { press(event); }
 
     // A key that is held down presses once.
     function press(event) {
@@ -57,13 +61,13 @@ AbstractButton {
         y: Theme.spacing
         width: row.width - 2 * Theme.margin
         heading: {
-            var name = idNAP >= 0 ? qsTr("Mesure %1 · n° %2").arg(row.number).arg(idNAP)
+            var name = row.idNAP >= 0 ? qsTr("Mesure %1 · n° %2").arg(row.number).arg(row.idNAP)
                                   : qsTr("Mesure %1").arg(row.number);
             return row.live ? qsTr("%1 · en cours").arg(name) : name;
         }
-        concentration: model.concentration
-        sigma: model.sigma
-        decision: model.detectionDecision
+        concentration: row.concentration
+        sigma: row.sigma
+        decision: row.detectionDecision
         note: row.noted
         live: row.live
     }

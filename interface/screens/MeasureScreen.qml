@@ -61,7 +61,7 @@ Screen {
                 LocalisationCross {
                     anchors.horizontalCenter: parent.horizontalCenter
                     value: screen.measure ? screen.measure.localisation : LocalisationEnumClass.NOT_DETERMINED
-                    onChosen: screen.measure.localisation = localisation
+                    onChosen: function(localisation) { screen.measure.localisation = localisation; }
                 }
             }
             Card {
@@ -77,15 +77,17 @@ Screen {
                         model: [DegradationStateEnumClass.NON_DEGRADE, DegradationStateEnumClass.NON_VISIBLE,
                             DegradationStateEnumClass.ETAT_USAGE, DegradationStateEnumClass.DEGRADE]
                         SignButton {
-                            readonly property bool chosen: screen.measure && screen.measure.degradationState === modelData
-                            objectName: "degradation" + modelData
+                            id: degradation
+                            required property int modelData
+                            readonly property bool chosen: screen.measure && screen.measure.degradationState === degradation.modelData
+                            objectName: "degradation" + degradation.modelData
                             width: (degradations.width - (degradations.columns - 1) * degradations.spacing)
                                    / degradations.columns
                             sign: chosen ? "check" : "open"
                             highlighted: chosen
-                            text: Words.degradation(modelData)
+                            text: Words.degradation(degradation.modelData)
                             onClicked: {
-                                screen.measure.degradationState = modelData;
+                                screen.measure.degradationState = degradation.modelData;
                                 if (!screen.states)
                                     screen.measure.conservationState = "";
                             }

@@ -121,17 +121,21 @@ Screen {
                 onClicked: screen.add(screen.wanted)
             }
         }
-        delegate: ListRow {
+        delegate: ChoiceRow {
+            id: entry
+            required property string title
+            required property string image
+            required property bool original
             width: list.width - 2 * Theme.margin
             chevron: false
-            picture: model.image
-            sign: model.image === "" ? "edit" : "picture"
-            heading: model.title
-            detail: model.original ? "" : qsTr("ajouté sur l'instrument")
-            onClicked: screen.pick(model.title)
+            picture: entry.image
+            sign: entry.image === "" ? "edit" : "picture"
+            heading: entry.title
+            detail: entry.original ? "" : qsTr("ajouté sur l'instrument")
+            onClicked: screen.pick(entry.title)
 
             Icon {
-                visible: model.title === screen.current
+                visible: entry.title === screen.current
                 name: "check"
                 size: 26
                 color: Theme.negative

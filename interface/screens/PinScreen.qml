@@ -44,7 +44,7 @@ Screen {
     }
 
     focus: true
-    Keys.onPressed: {
+    Keys.onPressed: function(event) {
         if (event.key >= Qt.Key_0 && event.key <= Qt.Key_9) {
             enter(String(event.key - Qt.Key_0));
             event.accepted = true;
@@ -104,8 +104,10 @@ Screen {
                 Repeater {
                     model: 5
                     Rectangle {
+                        id: dot
+                        required property int index
                         // nbDigits says that there is something new to ask for.
-                        readonly property bool filled: pin.nbDigits >= 0 && pin.checkDigit(index)
+                        readonly property bool filled: pin.nbDigits >= 0 && pin.checkDigit(dot.index)
                         objectName: "dot"
                         width: 26
                         height: 26
@@ -141,13 +143,15 @@ Screen {
             Repeater {
                 model: ["1", "2", "3", "4", "5", "6", "7", "8", "9"]
                 Button {
-                    objectName: "digit" + modelData
+                    id: key
+                    required property string modelData
+                    objectName: "digit" + key.modelData
                     width: 96
                     height: screen.landscape ? 68 : 84
-                    text: modelData
+                    text: key.modelData
                     font.pixelSize: Theme.fontHuge
                     enabled: !screen.locked
-                    onClicked: screen.enter(modelData)
+                    onClicked: screen.enter(key.modelData)
                 }
             }
             IconButton {

@@ -68,19 +68,22 @@ Screen {
         emptyText: qsTr("Aucun local encore. Ajoutez le premier avec « Local ».")
         Accessible.name: screen.title
 
-        delegate: ListRow {
+        delegate: ChoiceRow {
+            id: entry
+            required property string title
+            required property string image
             width: list.width - 2 * Theme.margin
-            picture: model.image
+            picture: entry.image
             sign: "room"
-            heading: model.title
-            detail: screen.detailOf(model.title)
+            heading: entry.title
+            detail: screen.detailOf(entry.title)
             onClicked: {
                 if (!Nav.settling)
-                    screen.enter(model.title);
+                    screen.enter(entry.title);
             }
 
             SignChip {
-                readonly property int positive: screen.sums[model.title] ? screen.sums[model.title].positive : 0
+                readonly property int positive: screen.sums[entry.title] ? screen.sums[entry.title].positive : 0
                 visible: positive > 0
                 sign: "plus"
                 word: qsTr("%1 pos.", "positive units of a room").arg(positive)

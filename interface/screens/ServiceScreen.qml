@@ -87,12 +87,14 @@ Screen {
             Repeater {
                 model: screen.facts
                 Item {
+                    id: fact
+                    required property var modelData
                     width: parent.width
                     height: Math.max(name.implicitHeight, value.implicitHeight) + 6
                     Body {
                         id: name
                         width: parent.width * 0.48
-                        text: modelData[0]
+                        text: fact.modelData[0]
                         color: Theme.textSecondary
                         font.pixelSize: Theme.fontSmall
                     }
@@ -101,7 +103,7 @@ Screen {
                         anchors.right: parent.right
                         width: parent.width * 0.5
                         horizontalAlignment: Text.AlignRight
-                        text: modelData[1] === "" ? "–" : modelData[1]
+                        text: fact.modelData[1] === "" ? "–" : fact.modelData[1]
                         font.pixelSize: Theme.fontSmall
                         font.weight: Font.DemiBold
                         wrapMode: Text.WrapAnywhere

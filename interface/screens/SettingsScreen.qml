@@ -25,17 +25,19 @@ Screen {
         Repeater {
             model: screen.modes
             ListRow {
-                objectName: "mode" + modelData.mode
+                id: choice
+                required property var modelData
+                objectName: "mode" + choice.modelData.mode
                 width: parent.width
                 enabled: !Instrument.busy
                 chevron: false
-                sign: modelData.sign
-                heading: Words.measureMode(modelData.mode)
-                detail: modelData.text
-                onClicked: Instrument.setMeasureMode(modelData.mode)
+                sign: choice.modelData.sign
+                heading: Words.measureMode(choice.modelData.mode)
+                detail: choice.modelData.text
+                onClicked: Instrument.setMeasureMode(choice.modelData.mode)
 
                 Icon {
-                    visible: Instrument.measureMode === modelData.mode
+                    visible: Instrument.measureMode === choice.modelData.mode
                     name: "check"
                     size: 28
                     color: Theme.negative
@@ -51,7 +53,7 @@ Screen {
             to: 120
             value: controller.measureTime
             enabled: !Instrument.busy
-            onChosen: controller.measureTime = number
+            onChosen: function(number) { controller.measureTime = number; }
         }
         Stepper {
             objectName: "nbMeasures"
@@ -60,7 +62,7 @@ Screen {
             from: 1
             to: 20
             value: controller.nbMeasures
-            onChosen: controller.nbMeasures = number
+            onChosen: function(number) { controller.nbMeasures = number; }
         }
     }
 }

@@ -28,14 +28,16 @@ Screen {
         emptyText: qsTr("Aucun choc enregistré.")
         Accessible.name: screen.title
 
-        delegate: ListRow {
+        delegate: ChoiceRow {
+            id: shock
+            required property date dateTime
             width: list.width - 2 * Theme.margin
             chevron: false
             sign: "shock"
             signColor: Theme.undecided
-            heading: isNaN(model.dateTime) ? qsTr("date illisible")
-                                           : Qt.formatDateTime(model.dateTime, "dd-MM-yyyy HH:mm:ss")
-            detail: qsTr("choc n° %1").arg(newestFirst.findOriginalModelIndex(index) + 1)
+            heading: isNaN(shock.dateTime) ? qsTr("date illisible")
+                                           : Qt.formatDateTime(shock.dateTime, "dd-MM-yyyy HH:mm:ss")
+            detail: qsTr("choc n° %1").arg(newestFirst.findOriginalModelIndex(shock.index) + 1)
         }
     }
 }

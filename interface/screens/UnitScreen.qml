@@ -233,9 +233,11 @@ MeasuringScreen {
             }
         }
         delegate: MeasureRow {
+            id: entry
+            required property int index
             width: list.inner
-            number: index + 1
-            live: Instrument.shooting && Instrument.measure !== null && index === list.count - 1
+            number: entry.index + 1
+            live: Instrument.shooting && Instrument.measure !== null && entry.index === list.count - 1
         }
         // Once the new one has its height.
         onCountChanged: Qt.callLater(positionViewAtEnd)

@@ -54,22 +54,27 @@ Screen {
         emptyText: qsTr("Aucune unité dans ce local. Ajoutez la première avec « Unité ».")
         Accessible.name: qsTr("Unités de %1").arg(screen.room)
 
-        delegate: ListRow {
+        delegate: ChoiceRow {
+            id: entry
+            required property var zone // a character, or its code
+            required property string element
+            required property string substrat
+            required property string revetement
+            required property int statut
             width: list.width - 2 * Theme.margin
-            picture: elements.findImageFromTitle(model.element)
+            picture: elements.findImageFromTitle(entry.element)
             sign: "picture"
-            heading: Words.unitTitle(model.zone, model.element)
-            detail: [model.substrat, model.revetement].filter(function(part) { return part !== ""; }).join(" · ")
+            heading: Words.unitTitle(entry.zone, entry.element)
+            detail: [entry.substrat, entry.revetement].filter(function(part) { return part !== ""; }).join(" · ")
             onClicked: {
-                screen.lastRow = proxy.findOriginalModelIndex(index);
+                screen.lastRow = proxy.findOriginalModelIndex(entry.index);
                 Nav.open("UnitScreen", { row: screen.lastRow });
             }
 
             SignChip {
-                readonly property int statut: model.statut
-                sign: Words.statutSign(statut)
-                word: Words.statut(statut)
-                tint: Words.statutColor(statut)
+                sign: Words.statutSign(entry.statut)
+                word: Words.statut(entry.statut)
+                tint: Words.statutColor(entry.statut)
             }
         }
     }

@@ -19,8 +19,8 @@ T.Button {
 
     Accessible.role: Accessible.Button
     Accessible.name: text
-    Keys.onReturnPressed: press(event)
-    Keys.onEnterPressed: press(event)
+    Keys.onReturnPressed: function(event) { press(event); }
+    Keys.onEnterPressed: function(event) { press(event); }
 
     // A key that is held down presses once.
     function press(event) {

@@ -15,8 +15,8 @@ T.CheckBox {
     Accessible.role: Accessible.CheckBox
     Accessible.name: text
     Accessible.checked: checked
-    Keys.onReturnPressed: press(event)
-    Keys.onEnterPressed: press(event)
+    Keys.onReturnPressed: function(event) { press(event); }
+    Keys.onEnterPressed: function(event) { press(event); }
 
     // A key that is held down presses once.
     function press(event) {

@@ -4,8 +4,10 @@
 // docs/interface-coverage.md against the meta-objects and the QML sources: all that the library offers to QML
 // is used by some screen, or there is a reason why not. And the translations and the syntax of the sources,
 // those of the simulated instrument's panel included.
+#include <QDir>
 #include <QDirIterator>
 #include <QFile>
+#include <QLibraryInfo>
 #include <QMap>
 #include <QMetaMethod>
 #include <QMetaProperty>
@@ -53,6 +55,26 @@ QStringList qmlFiles(const QString &directory = sources)
     while (entries.hasNext())
         files.append(entries.next());
     return files;
+}
+
+/// The types that qmllint is not told of by Qt: those of this library, and those that Qt's own module files
+/// leave out.
+QString typesOf(const QString &module, const QStringList &names)
+{
+    QString text = QStringLiteral("import QtQuick.tooling 1.2\nModule {\n");
+    for (const QString &name : names)
+        text += QStringLiteral("Component { name: \"%2\"; prototype: \"QObject\"; exports: [\"%1/%2 0.0\"]; "
+                               "exportMetaObjectRevisions: [0] }\n")
+                    .arg(module, name);
+    return text + QStringLiteral("}\n");
+}
+
+void writeFile(const QString &path, const QString &content)
+{
+    QDir().mkpath(QFileInfo(path).path());
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(content.toUtf8());
 }
 
 /// A row of the page: where a member is used, or why it is not.
@@ -130,6 +152,7 @@ private slots:
     void page_tellsOfEveryMember();
     void page_tellsTheTruth();
     void qml_isCleanForQmllint();
+    void qml_saysWhereEveryNameComesFrom();
     void translations_areComplete_data();
     void translations_areComplete();
 };
@@ -209,6 +232,69 @@ void TstInterfaceCoverage::qml_isCleanForQmllint()
     QVERIFY(lint.waitForFinished());
     QCOMPARE(lint.readAll(), QByteArray());
     QCOMPARE(lint.exitCode(), 0);
+}
+
+void TstInterfaceCoverage::qml_saysWhereEveryNameComesFrom()
+{
+    // The modules, under their names.
+    QTemporaryDir modules;
+    for (const char *name : {"components", "style"}) {
+        QString module = QLatin1String(name);
+        module.replace(0, 1, module.at(0).toUpper());
+        QVERIFY(QFile::link(sources + QLatin1Char('/') + QLatin1String(name),
+                            modules.filePath(QStringLiteral("Halvar") + module)));
+    }
+    const QString proxies = modules.filePath(QStringLiteral("SortFilterProxyModel/"));
+    writeFile(proxies + QStringLiteral("qmldir"),
+              QStringLiteral("module SortFilterProxyModel\nplugin none\ntypeinfo plugins.qmltypes\n"));
+    writeFile(proxies + QStringLiteral("plugins.qmltypes"),
+              typesOf(QStringLiteral("SortFilterProxyModel"), {QStringLiteral("SortFilterProxyModel")}));
+    const QString base = modules.filePath(QStringLiteral("base.qmltypes"));
+    writeFile(base,
+              typesOf(QStringLiteral("QtQml"),
+                      {QStringLiteral("Component"), QStringLiteral("Connections"), QStringLiteral("QtObject"),
+                       QStringLiteral("Timer")}));
+
+    // What the start-up hands to every screen.
+    QSet<QString> given{QStringLiteral("Easing")};
+    static const QRegularExpression handed(QStringLiteral("\\{QStringLiteral\\(\"(\\w+)\"\\),"));
+    auto names = handed.globalMatch(contentOf(sources + QStringLiteral("/interface.cpp")));
+    while (names.hasNext())
+        given.insert(names.next().captured(1));
+    QVERIFY(given.contains(QStringLiteral("controller")));
+
+    QStringList found;
+    int known = 0;
+    static const QRegularExpression place(QStringLiteral("unqualified access at (\\d+):(\\d+)"));
+    static const QRegularExpression word(QStringLiteral("\\w+"));
+    const QStringList files = qmlFiles();
+    for (const QString &path : files) {
+        QProcess lint;
+        lint.setProcessChannelMode(QProcess::MergedChannels);
+        lint.start(QStringLiteral(QMLLINT),
+                   {QStringLiteral("-U"), QStringLiteral("-i"), base, QStringLiteral("-I"),
+                    QLibraryInfo::location(QLibraryInfo::Qml2ImportsPath), QStringLiteral("-I"),
+                    modules.path(), path});
+        QVERIFY(lint.waitForFinished());
+        const QString told = QString::fromUtf8(lint.readAll());
+        // Of a file with a type that it does not know, it tells nothing more.
+        QVERIFY2(!told.contains(QLatin1String("was not found")), qUtf8Printable(path + told));
+        const QStringList lines = contentOf(path).split(QLatin1Char('\n'));
+        auto places = place.globalMatch(told);
+        while (places.hasNext()) {
+            const QRegularExpressionMatch at = places.next();
+            const QString line = lines.value(at.captured(1).toInt() - 1);
+            const QString name = word.match(line, at.captured(2).toInt() - 1).captured();
+            // The expression of a proxy is on the roles of its rows.
+            if (given.contains(name) || name.endsWith(QLatin1String("EnumClass"))
+                || line.contains(QLatin1String("filterExpression:")))
+                ++known;
+            else
+                found.append(QStringLiteral("%1:%2: %3").arg(path, at.captured(1), name));
+        }
+    }
+    QVERIFY2(found.isEmpty(), qUtf8Printable(found.join(QLatin1Char('\n'))));
+    QVERIFY(known > 100);
 }
 
 void TstInterfaceCoverage::translations_areComplete_data()

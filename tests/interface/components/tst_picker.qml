@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Halvar Controller contributors
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick 2.15
-import "qrc:/halvar/HalvarScreens"
+import HalvarScreens 1.0
 import HalvarComponents 1.0
 import HalvarStyle 1.0
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick 2.15
 import Halvar 4.0
-import "qrc:/halvar/HalvarScreens"
+import HalvarScreens 1.0
 import HalvarComponents 1.0
 import HalvarStyle 1.0
 
@@ -47,6 +47,24 @@ Item {
             compare(chip.sign, data.sign);
             compareColors(chip.color, Theme[data.tint]);
             compare(bench.complaints(screen).join("\n"), "");
+        }
+        function test_rowsUsedAgain_showTheirOwnUnit() {
+            for (var i = 0; i < 60; ++i)
+                bench.addUnit("Cuisine", "Mur " + i, UDStatutEnumClass.RAW);
+            var screen = createTemporaryObject(units, stage, { room: "Cuisine" });
+            var list = named(screen, "unitList");
+            for (var first = 0; first < 60; first += 7) {
+                list.positionViewAtIndex(first, ListView.Beginning);
+                var rows = rowsOf(screen, "unitList");
+                verify(rows.length > 5);
+                rows.forEach(function(row) { compare(row.heading, "Zone A · Mur " + row.index); });
+            }
+            // And what becomes of it while it is shown.
+            uds.get(59).statut = UDStatutEnumClass.NEGATIVE;
+            uds.get(59).element = "Porte";
+            var last = rowsOf(screen, "unitList").filter(function(row) { return row.index === 59; })[0];
+            compare(last.heading, "Zone A · Porte");
+            verify(says(last, "Négative"));
         }
         function test_emptyRoom_saysHowToBegin() {
             var screen = createTemporaryObject(units, stage, { room: "Cave" });
