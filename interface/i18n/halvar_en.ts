@@ -345,6 +345,13 @@
     </message>
 </context>
 <context>
+    <name>Fact</name>
+    <message>
+        <source>%1 : %2</source>
+        <translation>%1: %2</translation>
+    </message>
+</context>
+<context>
     <name>HoldOffScreen</name>
     <message>
         <source>L&apos;instrument se met en condition</source>

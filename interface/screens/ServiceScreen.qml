@@ -10,7 +10,12 @@ Screen {
     id: screen
 
     property string information
-    property var facts: []
+    // The MSP tells its versions in its answer at start-up, and nothing announces them.
+    property string mspFirmware
+    property string mspServer
+    readonly property bool mspKnown: mspFirmware !== ""
+    // It does not change, but is not declared so.
+    property string home
     property bool showWifi: false
 
     title: qsTr("Service")
@@ -19,28 +24,12 @@ Screen {
     function refresh() {
         if (!Instrument.busy)
             Instrument.ask();
-        // Those of the MSP come with its answer at start-up.
-        facts = [
-            [qsTr("Numéro de série"), config.getSN_Analyzer()],
-            [qsTr("Numéro ASN"), config.getN_ASN()],
-            [qsTr("Numéro VISA"), config.getN_VISA()],
-            [qsTr("Bibliothèque"), controller.getLibControllerVersion()],
-            [qsTr("MSP, micrologiciel"), controller.getMSPFwVersion()],
-            [qsTr("MSP, serveur"), controller.getMSPVersion()],
-            [qsTr("Lambrik"), config.VersionLambrik()],
-            [qsTr("Marten"), config.VersionMarten()],
-            [qsTr("Application SAV"), config.VersionAppSAV()],
-            [qsTr("Fichier de configuration"), config.VersionXMLFile()],
-            [qsTr("Fin de la source"), Qt.formatDate(config.DateEndSource(), "dd-MM-yyyy")],
-            [qsTr("Alerte avant la fin"), qsTr("%n mois", "", config.Remaining_Time_Before_EndSource())],
-            [qsTr("Dernier calibrage"), controller.lastCalibrationDate],
-            [qsTr("Fin de mesure à l'allumage"), config.Type_End_Measure()],
-            [qsTr("Durée et nombre de mesures"), qsTr("%1 s, %2").arg(config.Time_Measure()).arg(config.Nbr_Measure())],
-            [qsTr("Attente avant mesure"), qsTr("%1 ms").arg(config.Time_Before_Open_Shutter())],
-            [qsTr("Bip, lampe"), qsTr("%1 s, %2 s").arg(config.Beep_Time()).arg(config.Led_Light_Off())],
-            [qsTr("Durée maximale d'une erreur"), qsTr("%1 s").arg(config.Maxtime_Error_Status())],
-            [qsTr("Répertoire"), controller.home]
-        ];
+        readMsp();
+    }
+    function readMsp() {
+        mspFirmware = controller.getMSPFwVersion();
+        mspServer = controller.getMSPVersion();
+        // The library writes it with the MSP's answer.
         readInformation();
     }
     function readInformation() {
@@ -52,7 +41,17 @@ Screen {
         request.open("GET", "file:///data/lambrik/info.txt");
         request.send();
     }
+    Component.onCompleted: home = controller.home
     onShown: screen.refresh()
+    Timer {
+        interval: 500
+        repeat: true
+        running: screen.isShown && !screen.mspKnown
+        onTriggered: {
+            if (controller.getMSPFwVersion() !== "")
+                screen.readMsp();
+        }
+    }
 
     ConfirmDialog {
         id: shutdownDialog
@@ -84,32 +83,26 @@ Screen {
         Card {
             width: parent.width
             spacing: 4
-            Repeater {
-                model: screen.facts
-                Item {
-                    id: fact
-                    required property var modelData
-                    width: parent.width
-                    height: Math.max(name.implicitHeight, value.implicitHeight) + 6
-                    Body {
-                        id: name
-                        width: parent.width * 0.48
-                        text: fact.modelData[0]
-                        color: Theme.textSecondary
-                        font.pixelSize: Theme.fontSmall
-                    }
-                    Body {
-                        id: value
-                        anchors.right: parent.right
-                        width: parent.width * 0.5
-                        horizontalAlignment: Text.AlignRight
-                        text: fact.modelData[1] === "" ? "–" : fact.modelData[1]
-                        font.pixelSize: Theme.fontSmall
-                        font.weight: Font.DemiBold
-                        wrapMode: Text.WrapAnywhere
-                    }
-                }
-            }
+            // The configuration and the library's version are read before the first screen, and stay.
+            Fact { width: parent.width; name: qsTr("Numéro de série"); value: config.getSN_Analyzer() }
+            Fact { width: parent.width; name: qsTr("Numéro ASN"); value: config.getN_ASN() }
+            Fact { width: parent.width; name: qsTr("Numéro VISA"); value: config.getN_VISA() }
+            Fact { width: parent.width; name: qsTr("Bibliothèque"); value: controller.getLibControllerVersion() }
+            Fact { width: parent.width; name: qsTr("MSP, micrologiciel"); value: screen.mspFirmware }
+            Fact { width: parent.width; name: qsTr("MSP, serveur"); value: screen.mspServer }
+            Fact { width: parent.width; name: qsTr("Lambrik"); value: config.VersionLambrik() }
+            Fact { width: parent.width; name: qsTr("Marten"); value: config.VersionMarten() }
+            Fact { width: parent.width; name: qsTr("Application SAV"); value: config.VersionAppSAV() }
+            Fact { width: parent.width; name: qsTr("Fichier de configuration"); value: config.VersionXMLFile() }
+            Fact { width: parent.width; name: qsTr("Fin de la source"); value: Qt.formatDate(config.DateEndSource(), "dd-MM-yyyy") }
+            Fact { width: parent.width; name: qsTr("Alerte avant la fin"); value: qsTr("%n mois", "", config.Remaining_Time_Before_EndSource()) }
+            Fact { width: parent.width; name: qsTr("Dernier calibrage"); value: controller.lastCalibrationDate }
+            Fact { width: parent.width; name: qsTr("Fin de mesure à l'allumage"); value: config.Type_End_Measure() }
+            Fact { width: parent.width; name: qsTr("Durée et nombre de mesures"); value: qsTr("%1 s, %2").arg(config.Time_Measure()).arg(config.Nbr_Measure()) }
+            Fact { width: parent.width; name: qsTr("Attente avant mesure"); value: qsTr("%1 ms").arg(config.Time_Before_Open_Shutter()) }
+            Fact { width: parent.width; name: qsTr("Bip, lampe"); value: qsTr("%1 s, %2 s").arg(config.Beep_Time()).arg(config.Led_Light_Off()) }
+            Fact { width: parent.width; name: qsTr("Durée maximale d'une erreur"); value: qsTr("%1 s").arg(config.Maxtime_Error_Status()) }
+            Fact { width: parent.width; name: qsTr("Répertoire"); value: screen.home }
         }
         ListRow {
             objectName: "wifiPassword"

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // What the screens show of what the instrument, the codes and the measures are.
+#include <QQuickItem>
 #include <QQuickWindow>
 #include <QtMath>
 #include <QtTest>
@@ -9,6 +10,7 @@
 #include <failure.h>
 #include <measure.h>
 #include <measurelistmodel.h>
+#include <mspinfo.h>
 #include <nap/records.h>
 #include <pin.h>
 #include <ud.h>
@@ -50,6 +52,7 @@ private slots:
     void unitWithAResult_putsTheTriggerAside();
     void stateOfConservation_isShownWhereverTheMeasureIs();
     void negativeConcentration_hasAMinusSign();
+    void serviceFacts_followTheLibrary();
     void colours_keepTheirContrast();
 };
 
@@ -187,6 +190,36 @@ try {
     showcase.open(QStringLiteral("DirectScreen"));
     QVERIFY(isSaid(showcase.window, QStringLiteral("−0,25")));
     QVERIFY(complaints(showcase.window).isEmpty());
+} catch (const Failure &failure) {
+    QFAIL(qUtf8Printable(failure.text));
+}
+
+void TstInterfaceBehaviour::serviceFacts_followTheLibrary()
+try {
+    Showcase &showcase = *m_showcase;
+    showcase.unlock();
+    showcase.open(QStringLiteral("ServiceScreen"));
+    showcase.hand->waitFor(
+        [&] { return isSaid(showcase.window, QStringLiteral("Ce fichier n'a pas encore été écrit.")); },
+        QStringLiteral("the missing information file is to be told"));
+    QVERIFY(showcase->setProperty("lastCalibrationDate", QStringLiteral("02-03-2026")));
+    QVERIFY(isSaid(showcase.window, QStringLiteral("02-03-2026")));
+    // The MSP answers later than the screen is opened.
+    MSPInfo info;
+    info.fwVersion = QStringLiteral("fw 8.15");
+    info.MSPVersion = QStringLiteral("server 4.2");
+    showcase->msp_info_reply(info);
+    showcase.hand->waitFor([&] { return isSaid(showcase.window, info.fwVersion); },
+                           QStringLiteral("the firmware is to be told"));
+    QVERIFY(isSaid(showcase.window, info.MSPVersion));
+    showcase.hand->waitFor(
+        [&] {
+            return itemNamed(QStringLiteral("information"))
+                ->property("text")
+                .toString()
+                .contains(info.fwVersion);
+        },
+        QStringLiteral("the information file is to be told"));
 } catch (const Failure &failure) {
     QFAIL(qUtf8Printable(failure.text));
 }
