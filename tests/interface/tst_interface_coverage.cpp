@@ -151,6 +151,7 @@ private slots:
     void page_tellsOfEveryMember_data();
     void page_tellsOfEveryMember();
     void page_tellsTheTruth();
+    void modules_nameTheirFiles();
     void qml_isCleanForQmllint();
     void qml_saysWhereEveryNameComesFrom();
     void translations_areComplete_data();
@@ -221,6 +222,21 @@ void TstInterfaceCoverage::page_tellsTheTruth()
             QVERIFY2(codeOf.value(row->file).contains(row->code),
                      qUtf8Printable(QStringLiteral("%1: %2 has no %3").arg(what, row->file, row->code)));
         }
+    }
+}
+
+void TstInterfaceCoverage::modules_nameTheirFiles()
+{
+    for (const char *directory : {"/components", "/screens"}) {
+        const QString path = sources + QLatin1String(directory);
+        const QStringList listed =
+            contentOf(path + QStringLiteral("/qmldir")).split(QRegularExpression(QStringLiteral("\\s+")));
+        const QStringList files = QDir(path).entryList({QStringLiteral("*.qml")});
+        QVERIFY(files.size() > 10);
+        for (const QString &file : files)
+            QVERIFY2(listed.contains(file), qUtf8Printable(file));
+        for (const QString &file : listed.filter(QStringLiteral(".qml")))
+            QVERIFY2(files.contains(file), qUtf8Printable(file));
     }
 }
 
