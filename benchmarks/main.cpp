@@ -8,6 +8,7 @@
 #include <cstring>
 
 #include <benchmark/benchmark.h>
+#include <malloc.h>
 
 #include <QsLog.h>
 
@@ -19,6 +20,8 @@ namespace {
 const char *const usage = R"(halvar-benchmarks [--table=FILE] [--report] [--benchmark_...]
 Measures the library's core paths beside limits and prints the ratios and whether they meet their goals.
   --table=FILE   writes rows, ratios and verdicts to FILE as JSON
+  --join=FILE    measures nothing, but judges the rows of this and other --join=FILE, which earlier runs have
+                 written as their --table
   --report       a missed goal does not fail the run
   --benchmark_filter=REGEX, --benchmark_repetitions=N and the other options of Google Benchmark
 The exit status is 0 when all that ran worked and met its goal, 1 when not, 2 for a wrong option
@@ -28,6 +31,7 @@ or a filter that fits nothing.
 struct Options
 {
     QString table;
+    QStringList join;
     bool report = false;
     bool help = false;
 };
@@ -39,6 +43,8 @@ Options takeOptions(int &argc, char **argv)
     const auto mine = [&options](const char *argument) {
         if (std::strncmp(argument, "--table=", 8) == 0)
             options.table = QFile::decodeName(argument + 8);
+        else if (std::strncmp(argument, "--join=", 7) == 0)
+            options.join += QFile::decodeName(argument + 7);
         else if (std::strcmp(argument, "--report") == 0)
             options.report = true;
         else if (std::strcmp(argument, "--help") == 0)
@@ -63,6 +69,9 @@ int main(int argc, char **argv)
         std::fputs(usage, stdout);
         return 0;
     }
+    // A program that has run for a while has its heap. What the kernel takes to give the pages of a large
+    // list, and to give them again to the next, is not the list's.
+    mallopt(M_TRIM_THRESHOLD, 1 << 30);
     QGuiApplication application(argc, argv);
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
@@ -70,7 +79,15 @@ int main(int argc, char **argv)
     // Lines would be composed and then go nowhere.
     QsLogging::Logger::instance().setLoggingLevel(QsLogging::WarnLevel);
     RatioTable table(benchmark::GetBenchmarkFilter().empty());
-    if (benchmark::RunSpecifiedBenchmarks(&table) == 0)
+    for (const QString &path : options.join) {
+        if (!table.read(path)) {
+            std::fprintf(stderr, "%s holds no rows of an earlier run.\n", qPrintable(path));
+            return 1;
+        }
+    }
+    if (!options.join.isEmpty())
+        table.Finalize();
+    else if (benchmark::RunSpecifiedBenchmarks(&table) == 0)
         return 2; // Google Benchmark has said that the filter fits nothing
     if (!options.table.isEmpty() && !table.write(options.table)) {
         std::fprintf(stderr, "Cannot write %s.\n", qPrintable(options.table));

@@ -195,6 +195,24 @@ bool RatioTable::meetsGoals() const
                        [](const auto &goal) { return goal.second.verdict == Goal::Verdict::Met; });
 }
 
+bool RatioTable::read(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    const QJsonArray rows =
+        QJsonDocument::fromJson(file.readAll()).object().value(QStringLiteral("rows")).toArray();
+    for (const QJsonValue &row : rows) {
+        const QJsonObject figures = row[QStringLiteral("figures")].toObject();
+        for (auto figure = figures.begin(); figure != figures.end(); ++figure) {
+            m_figures.add(row[QStringLiteral("what")].toString().toStdString(),
+                          long(row[QStringLiteral("size")].toDouble()), figure.key().toStdString(),
+                          figure.value().toDouble(), row[QStringLiteral("unit")].toString().toStdString());
+        }
+    }
+    return !rows.isEmpty();
+}
+
 bool RatioTable::write(const QString &path) const
 {
     QJsonArray rows;

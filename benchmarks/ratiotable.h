@@ -34,6 +34,9 @@ public:
     /// False when a benchmark reported an error or a figure of the library has no limit beside it.
     bool isComplete() const { return m_complete; }
     bool meetsGoals() const;
+    /// Takes the rows that write() has left at \p path, as if they had been measured here. False when there
+    /// are none.
+    bool read(const QString &path);
     /// Writes rows, ratios and verdicts as JSON. False when \p path cannot be written.
     bool write(const QString &path) const;
 

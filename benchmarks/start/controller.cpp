@@ -1,13 +1,18 @@
 // SPDX-FileCopyrightText: 2026 Halvar Controller contributors
 // SPDX-License-Identifier: Apache-2.0
 //
-// The start of an application on the instrument: halvar-start [HOME]. Without HOME it ends where the plain
-// start does; with HOME it makes the controller and all its lists as well, and as many sort/filter proxies as
-// the reference interface has.
+// The start of an application on the instrument: halvar-start [HOME | --proxies]. Without HOME it ends where
+// the plain start does; with HOME it makes the controller and all its lists as well, and as many sort/filter
+// proxies as the reference interface has. With --proxies it makes as many of Qt's own, on empty lists,
+// instead.
 #include <QFile>
 #include <QGuiApplication>
 #include <QQmlEngine>
+#include <QSortFilterProxyModel>
+#include <QStringListModel>
 
+#include <array>
+#include <cstring>
 #include <memory>
 #include <vector>
 
@@ -40,6 +45,14 @@ int main(int argc, char **argv)
     const QQmlEngine engine;
     if (argc < 2)
         ready();
+    if (std::strcmp(argv[1], "--proxies") == 0) {
+        constexpr int proxyCount = 5; // one of them is the controller's own
+        std::array<QStringListModel, proxyCount> lists;
+        std::array<QSortFilterProxyModel, proxyCount> proxies;
+        for (std::size_t i = 0; i < proxyCount; ++i)
+            proxies[i].setSourceModel(&lists[i]);
+        ready();
+    }
     const Config config(nullptr);
     Database database(nullptr);
     const HalvarController controller(QFile::decodeName(argv[1]), &config, &database);
