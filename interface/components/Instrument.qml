@@ -41,6 +41,8 @@ Item {
     property bool lost: false
     // Given up, or an error came in its course.
     property bool spoiled: false
+    // Measures without a result since the start: their last values stay in their lists, under another one's number.
+    property var interrupted: []
     property real begun: 0
     // A measure runs, and for a while the service has told nothing of it.
     property bool silent: false
@@ -242,6 +244,8 @@ Item {
         } else if (wasShooting && !busy) {
             finished = hasResult();
             lost = !finished;
+            if (lost && measure)
+                interrupted = interrupted.concat([measure]);
             // As the library decided when the shot ended.
             if (unit)
                 armed = unit.statut === UDStatutEnumClass.RAW;

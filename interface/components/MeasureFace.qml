@@ -14,12 +14,15 @@ Item {
     property string note
     // The measure that runs: nothing of it is final.
     property bool live: false
-    // It has no result yet: zero would be read as one.
-    readonly property bool empty: live && sigma === 0
+    // It ended before its end: what it shows is no result.
+    property bool interrupted: false
+    // It has no result: zero would be read as one.
+    readonly property bool empty: (live || interrupted) && sigma === 0
+    readonly property string verdict: interrupted ? qsTr("Interrompue") : Words.decision(decision)
 
     implicitHeight: drawing.y + drawing.implicitHeight
     Accessible.role: Accessible.Grouping
-    Accessible.name: empty ? heading : qsTr("%1 : %2, %3 plus ou moins %4").arg(heading).arg(Words.decision(decision))
+    Accessible.name: empty ? heading : qsTr("%1 : %2, %3 plus ou moins %4").arg(heading).arg(verdict)
         .arg(Words.concentration(concentration)).arg(Words.concentration(sigma))
 
     Text {
@@ -36,7 +39,7 @@ Item {
         anchors.top: headingText.bottom
         spacing: 6
         Text {
-            text: face.empty ? "…" : Words.concentration(face.concentration)
+            text: face.empty ? (face.live ? "…" : "–") : Words.concentration(face.concentration)
             color: Theme.text
             font { pixelSize: Theme.fontHuge; weight: Font.Bold }
         }
@@ -51,10 +54,11 @@ Item {
     SignChip {
         id: chip
         anchors.right: parent.right
-        visible: !face.empty
-        sign: Words.decisionSign(face.decision)
-        word: Words.decision(face.decision)
-        tint: Words.decisionColor(face.decision)
+        visible: !face.empty || face.interrupted
+        sign: face.interrupted ? "warning" : Words.decisionSign(face.decision)
+        word: face.verdict
+        tint: face.interrupted ? Theme.undecided : Words.decisionColor(face.decision)
+        provisional: face.live && !Instrument.decided
     }
     Text {
         id: noteText
@@ -72,7 +76,7 @@ Item {
         anchors { top: noteText.bottom; topMargin: 2; left: parent.left; right: parent.right }
         concentration: face.concentration
         sigma: face.sigma
-        tint: Words.decisionColor(face.decision)
+        tint: face.interrupted ? Theme.neutral : Words.decisionColor(face.decision)
     }
     Rectangle {
         visible: face.live

@@ -11,7 +11,14 @@ Rectangle {
 
     readonly property string phase: Instrument.phase
     readonly property bool running: Instrument.shooting
-    readonly property color ink: running ? Theme.primaryInk : Theme.text
+    readonly property bool silent: phase === "silent"
+    readonly property bool ready: phase === "ready" && error.readyForAcquisition
+    readonly property int decision: Instrument.measure ? Instrument.measure.detectionDecision
+                                                       : DetectionDecisionEnumClass.NO_DECISION
+    readonly property bool tooFar: decision === DetectionDecisionEnumClass.COMPTON_ERROR
+    readonly property bool found: decision === DetectionDecisionEnumClass.POSITIVE
+                                  || decision === DetectionDecisionEnumClass.NEGATIVE
+    readonly property color ink: silent ? Theme.warningInk : running ? Theme.primaryInk : Theme.text
     property real started: 0
     property real elapsed: 0
 
@@ -20,10 +27,10 @@ Rectangle {
         case "open": return qsTr("Obturateur ouvert");
         case "settling": return qsTr("La mesure s'établit");
         case "silent": return qsTr("L'instrument ne répond plus");
-        case "measuring": return qsTr("Mesure en cours");
+        case "measuring": return Instrument.decided ? qsTr("Décision acquise") : qsTr("Mesure en cours");
         case "done": return qsTr("Mesure terminée");
         case "lost": return qsTr("Mesure interrompue, sans résultat");
-        case "ready": return qsTr("Prêt à mesurer");
+        case "ready": return ready ? qsTr("Prêt à mesurer") : qsTr("Pas prêt à mesurer");
         default: return qsTr("En veille");
         }
     }
@@ -33,9 +40,15 @@ Rectangle {
         case "settling":
             return qsTr("Maintenez la détente et l'appareil contre la surface.");
         case "measuring":
-            if (Instrument.measureMode === MeasureModeEnumClass.TRIGGER)
-                return Instrument.decided ? qsTr("La décision est acquise : relâchez la détente.")
-                                          : qsTr("Maintenez la détente jusqu'à la décision.");
+            if (tooFar)
+                return qsTr("Rapprochez l'appareil de la surface et maintenez la détente.");
+            if (Instrument.measureMode === MeasureModeEnumClass.TRIGGER) {
+                if (Instrument.decided)
+                    return qsTr("Elle ne changera plus : relâchez la détente.");
+                // The first one found is shown, and may still turn.
+                return found ? qsTr("Maintenez la détente jusqu'à la décision définitive.")
+                             : qsTr("Maintenez la détente jusqu'à la décision.");
+            }
             if (Instrument.measureMode === MeasureModeEnumClass.DEFINED)
                 return qsTr("Maintenez : la mesure dure %1 s.").arg(controller.measureTime);
             return qsTr("Maintenez : la mesure s'arrête d'elle-même.");
@@ -48,11 +61,15 @@ Rectangle {
             return Instrument.armed ? qsTr("Relâchez la détente. Pressez-la pour une nouvelle mesure.")
                                     : qsTr("Relâchez la détente. L'unité a son résultat.");
         case "ready":
-            if (!error.readyForAcquisition)
+            if (!ready)
                 return qsTr("L'instrument n'est pas prêt : attendez avant de mesurer.");
             return qsTr("Appliquez l'appareil, pressez la détente et maintenez-la.");
         default:
-            return qsTr("La détente est sans effet.");
+            if (!Instrument.unit)
+                return qsTr("La détente est sans effet.");
+            return Instrument.unit.statut === UDStatutEnumClass.SKIPPED
+                ? qsTr("L'unité n'est pas à mesurer : la détente est sans effet.")
+                : qsTr("L'unité a son résultat : la détente est sans effet.");
         }
     }
     readonly property string sign: {
@@ -60,18 +77,21 @@ Rectangle {
         case "open": return "open";
         case "settling": return "hand";
         case "silent": return "warning";
-        case "measuring": return Instrument.decided ? "check" : "hand";
+        case "measuring": return tooFar ? "warning" : Instrument.decided ? "check" : "hand";
         case "lost": return "warning";
-        case "done": return "check";
-        case "ready": return error.readyForAcquisition ? "target" : "warning";
+        case "done": return Words.isFailure(decision) ? "warning" : "check";
+        case "ready": return ready ? "target" : "warning";
         default: return "skip";
         }
     }
 
     implicitHeight: Math.max(72, words.implicitHeight + 2 * Theme.spacing)
     radius: Theme.radius
-    color: running ? Theme.primary : Theme.surface
-    border { width: running ? 0 : 2; color: phase === "ready" ? Theme.negative : Theme.outline }
+    color: silent ? Theme.warning : running ? Theme.primary : Theme.surface
+    border {
+        width: running ? 0 : 2
+        color: phase !== "ready" ? Theme.outline : ready ? Theme.negative : Theme.undecided
+    }
     Accessible.role: Accessible.StatusBar
     Accessible.name: state1 + ". " + advice
 
@@ -84,7 +104,7 @@ Rectangle {
     Timer {
         interval: 100
         repeat: true
-        running: panel.running
+        running: panel.running && !panel.silent
         onTriggered: panel.elapsed = (Date.now() - panel.started) / 1000
     }
 

@@ -11,20 +11,24 @@ Rectangle {
     required property string word
     property color tint: Theme.neutral
     property bool large: false
+    // What it says may still change.
+    property bool provisional: false
+    readonly property color ink: provisional ? tint : Theme.signInk
 
     implicitWidth: signIcon.width + label.implicitWidth + (large ? 36 : 26)
     implicitHeight: large ? 44 : 32
     radius: height / 2
-    color: tint
+    color: provisional ? Theme.surface : tint
+    border { width: provisional ? 2 : 0; color: tint }
     Accessible.role: Accessible.StaticText
-    Accessible.name: word
+    Accessible.name: provisional ? qsTr("%1, provisoire").arg(word) : word
 
     Icon {
         id: signIcon
         anchors { left: parent.left; leftMargin: chip.large ? 12 : 9; verticalCenter: parent.verticalCenter }
         name: chip.sign
         size: chip.large ? 22 : 16
-        color: Theme.signInk
+        color: chip.ink
     }
     Text {
         id: label
@@ -34,7 +38,7 @@ Rectangle {
             verticalCenter: parent.verticalCenter
         }
         text: chip.word
-        color: Theme.signInk
+        color: chip.ink
         font { pixelSize: chip.large ? Theme.fontLarge : Theme.fontSmall; weight: Font.DemiBold }
         elide: Text.ElideRight
         textFormat: Text.PlainText

@@ -31,6 +31,11 @@ QtObject {
         default: return qsTr("Pas de décision");
         }
     }
+    // A result that says why there is no decision.
+    function isFailure(value) {
+        return value === DetectionDecisionEnumClass.INSUFFICIENT_ACQTIME || value === DetectionDecisionEnumClass.COMPTON_ERROR
+            || value === DetectionDecisionEnumClass.UNCALIBRATED;
+    }
     // Names of Icon.
     function decisionSign(value) {
         switch (value) {

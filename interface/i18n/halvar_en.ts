@@ -69,7 +69,7 @@
     </message>
     <message>
         <source>mesure n° %1</source>
-        <translation>measure no. %1</translation>
+        <translation>measurement no. %1</translation>
     </message>
     <message>
         <source>%1 ± %2 mg/cm²</source>
@@ -244,7 +244,7 @@
     </message>
     <message>
         <source>Coulures ou ruissellements d&apos;eau</source>
-        <translation>Runs or trickling of water</translation>
+        <translation>Water streaks or seepage</translation>
     </message>
     <message>
         <source>Humidité, moisissures</source>
@@ -325,15 +325,15 @@
     <name>DirectScreen</name>
     <message>
         <source>Mesures directes</source>
-        <translation>Direct measures</translation>
+        <translation>Direct measurements</translation>
     </message>
     <message>
         <source>Réglages de mesure</source>
-        <translation>Measure settings</translation>
+        <translation>Measurement settings</translation>
     </message>
     <message>
         <source>Pas encore de mesure.</source>
-        <translation>No measure yet.</translation>
+        <translation>No measurement yet.</translation>
     </message>
     <message>
         <source>Vider la liste</source>
@@ -341,7 +341,7 @@
     </message>
     <message>
         <source>Les mesures directes ne sont dans aucun fichier&#xa0;: elles seront perdues.</source>
-        <translation>Direct measures are in no file: they will be lost.</translation>
+        <translation>Direct measurements are in no file: they will be lost.</translation>
     </message>
 </context>
 <context>
@@ -397,7 +397,7 @@
     </message>
     <message>
         <source>Mesures directes</source>
-        <translation>Direct measures</translation>
+        <translation>Direct measurements</translation>
     </message>
     <message>
         <source>Contrôle de justesse</source>
@@ -428,7 +428,7 @@
     <name>Instrument</name>
     <message>
         <source>La détente a ouvert l&apos;obturateur hors d&apos;une mesure&#xa0;: il est refermé, rien n&apos;est enregistré.</source>
-        <translation>The trigger opened the shutter outside a measure: it is closed again, nothing is recorded.</translation>
+        <translation>The trigger opened the shutter outside a measurement: it is closed again, nothing is recorded.</translation>
     </message>
     <message>
         <source>«&#xa0;%1&#xa0;» n&apos;a pas pu être enregistré. Vérifiez la place libre.</source>
@@ -514,31 +514,31 @@
         <source>± %1 mg/cm²</source>
         <translation>± %1 mg/cm²</translation>
     </message>
+    <message>
+        <source>Interrompue</source>
+        <translation>Interrupted</translation>
+    </message>
 </context>
 <context>
     <name>MeasureRow</name>
     <message>
-        <source>Mesure %1 · n° %2</source>
-        <translation>Measure %1 · no. %2</translation>
-    </message>
-    <message>
         <source>Mesure %1</source>
-        <translation>Measure %1</translation>
+        <translation>Measurement %1</translation>
     </message>
     <message>
         <source>%1 · en cours</source>
         <translation>%1 · running</translation>
+    </message>
+    <message>
+        <source>Mesure %1 · tir n° %2</source>
+        <translation>Measurement %1 · shot no. %2</translation>
     </message>
 </context>
 <context>
     <name>MeasureScreen</name>
     <message>
         <source>Mesure %1</source>
-        <translation>Measure %1</translation>
-    </message>
-    <message>
-        <source>n° %1 du service d&apos;analyse</source>
-        <translation>no. %1 of the analysis service</translation>
+        <translation>Measurement %1</translation>
     </message>
     <message>
         <source>Résultat</source>
@@ -559,6 +559,10 @@
     <message>
         <source>rien de noté</source>
         <translation>nothing noted</translation>
+    </message>
+    <message>
+        <source>tir n° %1</source>
+        <translation>shot no. %1</translation>
     </message>
 </context>
 <context>
@@ -581,7 +585,7 @@
     </message>
     <message>
         <source>Relâchez la détente pour terminer la mesure. Interrompue, elle reste sans résultat.</source>
-        <translation>Release the trigger to end the measure. Broken off, it has no result.</translation>
+        <translation>Release the trigger to end the measurement. Broken off, it has no result.</translation>
     </message>
     <message>
         <source>Terminer avec le résultat et quitter</source>
@@ -589,14 +593,14 @@
     </message>
     <message>
         <source>L&apos;instrument ne répond pas. Quitter quand même&#xa0;? La mesure s&apos;arrête avec ses derniers résultats.</source>
-        <translation>The instrument does not answer. Leave anyway? The measure ends with its last results.</translation>
+        <translation>The instrument does not answer. Leave anyway? The measurement ends with its last results.</translation>
     </message>
 </context>
 <context>
     <name>Nav</name>
     <message>
         <source>Mesure en cours&#xa0;: relâchez d&apos;abord la détente.</source>
-        <translation>Measure running: release the trigger first.</translation>
+        <translation>Measurement running: release the trigger first.</translation>
     </message>
 </context>
 <context>
@@ -654,7 +658,7 @@
     </message>
     <message>
         <source>Ne rien noter</source>
-        <translation>Note nothing</translation>
+        <translation>No note</translation>
     </message>
     <message>
         <source>ajouté sur l&apos;instrument</source>
@@ -801,11 +805,11 @@
     </message>
     <message>
         <source>Fin de mesure à l&apos;allumage</source>
-        <translation>End of a measure at start-up</translation>
+        <translation>End of a measurement at start-up</translation>
     </message>
     <message>
         <source>Durée et nombre de mesures</source>
-        <translation>Time and number of measures</translation>
+        <translation>Time and number of measurements</translation>
     </message>
     <message>
         <source>%1 s, %2</source>
@@ -813,7 +817,7 @@
     </message>
     <message>
         <source>Attente avant mesure</source>
-        <translation>Wait before a measure</translation>
+        <translation>Wait before a measurement</translation>
     </message>
     <message>
         <source>%1 ms</source>
@@ -829,7 +833,7 @@
     </message>
     <message>
         <source>Durée maximale d&apos;une erreur</source>
-        <translation>Longest time of an error</translation>
+        <translation>Maximum duration of an error</translation>
     </message>
     <message>
         <source>%1 s</source>
@@ -857,7 +861,7 @@
     </message>
     <message>
         <source>Effacer les fichiers de mesure</source>
-        <translation>Erase the measure files</translation>
+        <translation>Erase the measurement files</translation>
     </message>
     <message>
         <source>Tous les diagnostics, l&apos;historique des chocs et les journaux de l&apos;instrument seront effacés.</source>
@@ -865,11 +869,11 @@
     </message>
     <message>
         <source>Tout effacer</source>
-        <translation>Clear all</translation>
+        <translation>Erase all</translation>
     </message>
     <message>
         <source>Les fichiers de mesure sont effacés.</source>
-        <translation>The measure files are erased.</translation>
+        <translation>The measurement files are erased.</translation>
     </message>
     <message>
         <source>Mot de passe du Wi-Fi</source>
@@ -918,27 +922,27 @@
     <name>SettingsScreen</name>
     <message>
         <source>La mesure dure tant que la détente est pressée.</source>
-        <translation>The measure lasts while the trigger is held.</translation>
+        <translation>The measurement lasts while the trigger is held.</translation>
     </message>
     <message>
         <source>La mesure s&apos;arrête dès que la décision est acquise.</source>
-        <translation>The measure ends as soon as there is a decision.</translation>
+        <translation>The measurement ends as soon as there is a decision.</translation>
     </message>
     <message>
         <source>La mesure dure le temps réglé.</source>
-        <translation>The measure lasts the time set.</translation>
+        <translation>The measurement lasts the time set.</translation>
     </message>
     <message>
         <source>Réglages de mesure</source>
-        <translation>Measure settings</translation>
+        <translation>Measurement settings</translation>
     </message>
     <message>
         <source>Fin de la mesure</source>
-        <translation>End of a measure</translation>
+        <translation>End of a measurement</translation>
     </message>
     <message>
         <source>Durée d&apos;une mesure à durée fixe</source>
-        <translation>Length of a measure of fixed time</translation>
+        <translation>Length of a measurement of fixed time</translation>
     </message>
     <message>
         <source>s</source>
@@ -946,7 +950,7 @@
     </message>
     <message>
         <source>Mesures négatives pour une unité négative</source>
-        <translation>Negative measures for a negative unit</translation>
+        <translation>Negative measurements for a negative unit</translation>
     </message>
 </context>
 <context>
@@ -984,7 +988,7 @@
     </message>
     <message>
         <source>La mesure s&apos;établit</source>
-        <translation>The measure settles</translation>
+        <translation>The measurement is settling</translation>
     </message>
     <message>
         <source>Mesure en cours</source>
@@ -992,7 +996,7 @@
     </message>
     <message>
         <source>Mesure terminée</source>
-        <translation>Measure done</translation>
+        <translation>Measurement done</translation>
     </message>
     <message>
         <source>Prêt à mesurer</source>
@@ -1007,24 +1011,20 @@
         <translation>Hold the trigger, and the instrument against the surface.</translation>
     </message>
     <message>
-        <source>La décision est acquise&#xa0;: relâchez la détente.</source>
-        <translation>There is a decision: release the trigger.</translation>
-    </message>
-    <message>
         <source>Maintenez la détente jusqu&apos;à la décision.</source>
         <translation>Hold the trigger until there is a decision.</translation>
     </message>
     <message>
         <source>Maintenez&#xa0;: la mesure dure %1 s.</source>
-        <translation>Hold: the measure lasts %1 s.</translation>
+        <translation>Hold: the measurement lasts %1 s.</translation>
     </message>
     <message>
         <source>Maintenez&#xa0;: la mesure s&apos;arrête d&apos;elle-même.</source>
-        <translation>Hold: the measure ends by itself.</translation>
+        <translation>Hold: the measurement ends by itself.</translation>
     </message>
     <message>
         <source>Relâchez la détente. Pressez-la pour une nouvelle mesure.</source>
-        <translation>Release the trigger. Press it for a new measure.</translation>
+        <translation>Release the trigger. Press it for a new measurement.</translation>
     </message>
     <message>
         <source>Relâchez la détente. L&apos;unité a son résultat.</source>
@@ -1056,11 +1056,46 @@
     </message>
     <message>
         <source>Mesure interrompue, sans résultat</source>
-        <translation>Measure interrupted, without a result</translation>
+        <translation>Measurement interrupted, without a result</translation>
     </message>
     <message>
         <source>Relâchez la détente.</source>
         <translation>Release the trigger.</translation>
+    </message>
+    <message>
+        <source>Décision acquise</source>
+        <translation>Decision reached</translation>
+    </message>
+    <message>
+        <source>Pas prêt à mesurer</source>
+        <translation>Not ready to measure</translation>
+    </message>
+    <message>
+        <source>Rapprochez l&apos;appareil de la surface et maintenez la détente.</source>
+        <translation>Bring the instrument closer to the surface and keep holding the trigger.</translation>
+    </message>
+    <message>
+        <source>Elle ne changera plus&#xa0;: relâchez la détente.</source>
+        <translation>It will not change any more: release the trigger.</translation>
+    </message>
+    <message>
+        <source>Maintenez la détente jusqu&apos;à la décision définitive.</source>
+        <translation>Keep holding the trigger until the decision is final.</translation>
+    </message>
+    <message>
+        <source>L&apos;unité n&apos;est pas à mesurer&#xa0;: la détente est sans effet.</source>
+        <translation>The unit is not to be measured: the trigger does nothing.</translation>
+    </message>
+    <message>
+        <source>L&apos;unité a son résultat&#xa0;: la détente est sans effet.</source>
+        <translation>The unit has its result: the trigger does nothing.</translation>
+    </message>
+</context>
+<context>
+    <name>SignChip</name>
+    <message>
+        <source>%1, provisoire</source>
+        <translation>%1, provisional</translation>
     </message>
 </context>
 <context>
@@ -1192,17 +1227,17 @@
     </message>
     <message>
         <source>Mesures de l&apos;unité</source>
-        <translation>Measures of the unit</translation>
+        <translation>Measurements of the unit</translation>
     </message>
     <message>
         <source>Pas encore de mesure.</source>
-        <translation>No measure yet.</translation>
+        <translation>No measurement yet.</translation>
     </message>
     <message numerus="yes">
         <source>%n mesure(s), la dernière en bas</source>
         <translation>
-            <numerusform>%n measure</numerusform>
-            <numerusform>%n measures, the last at the bottom</numerusform>
+            <numerusform>%n measurement</numerusform>
+            <numerusform>%n measurements, the last at the bottom</numerusform>
         </translation>
     </message>
     <message>
@@ -1239,7 +1274,7 @@
     </message>
     <message>
         <source>L&apos;unité et ses mesures seront effacées du diagnostic.</source>
-        <translation>The unit and its measures will be erased from the diagnostic.</translation>
+        <translation>The unit and its measurements will be erased from the diagnostic.</translation>
     </message>
     <message>
         <source>Supprimer</source>
@@ -1316,7 +1351,7 @@
     </message>
     <message>
         <source>Mesure trop courte</source>
-        <translation>Measure too short</translation>
+        <translation>Measurement too short</translation>
     </message>
     <message>
         <source>Trop loin de la surface</source>
@@ -1388,7 +1423,7 @@
     </message>
     <message>
         <source>À la détente</source>
-        <translation>By the trigger</translation>
+        <translation>While held</translation>
     </message>
     <message>
         <source>Durée fixe</source>
@@ -1400,7 +1435,7 @@
     </message>
     <message>
         <source>Libre</source>
-        <translation>Free</translation>
+        <translation>Practice</translation>
     </message>
     <message>
         <source>Début</source>
@@ -1408,7 +1443,7 @@
     </message>
     <message>
         <source>Reprise</source>
-        <translation>Interrupt</translation>
+        <translation>Resumed</translation>
     </message>
     <message>
         <source>Fin</source>

@@ -12,6 +12,7 @@ AbstractButton {
 
     required property int number
     property bool live: false
+    readonly property bool interrupted: Instrument.interrupted.indexOf(qtObject) >= 0
     required property QtObject qtObject
     required property int idNAP
     required property double concentration
@@ -61,8 +62,8 @@ AbstractButton {
         y: Theme.spacing
         width: row.width - 2 * Theme.margin
         heading: {
-            var name = row.idNAP >= 0 ? qsTr("Mesure %1 · n° %2").arg(row.number).arg(row.idNAP)
-                                  : qsTr("Mesure %1").arg(row.number);
+            var name = row.idNAP >= 0 && !row.interrupted ? qsTr("Mesure %1 · tir n° %2").arg(row.number).arg(row.idNAP)
+                                                      : qsTr("Mesure %1").arg(row.number);
             return row.live ? qsTr("%1 · en cours").arg(name) : name;
         }
         concentration: row.concentration
@@ -70,5 +71,6 @@ AbstractButton {
         decision: row.detectionDecision
         note: row.noted
         live: row.live
+        interrupted: row.interrupted
     }
 }

@@ -14,7 +14,8 @@ Screen {
     property int number: 0
 
     title: qsTr("Mesure %1").arg(number)
-    subtitle: measure && measure.idNAP >= 0 ? qsTr("n° %1 du service d'analyse").arg(measure.idNAP) : ""
+    readonly property bool interrupted: Instrument.interrupted.indexOf(measure) >= 0
+    subtitle: measure && measure.idNAP >= 0 && !interrupted ? qsTr("tir n° %1").arg(measure.idNAP) : ""
 
     // States of conservation go with the nature of the degradation.
     readonly property var states: {
@@ -46,6 +47,7 @@ Screen {
                 concentration: screen.measure ? screen.measure.concentration : 0
                 sigma: screen.measure ? screen.measure.sigma : 0
                 decision: screen.measure ? screen.measure.detectionDecision : DetectionDecisionEnumClass.NO_DECISION
+                interrupted: screen.interrupted
             }
         }
         Grid {

@@ -385,6 +385,11 @@ try {
         showcase->nap_AcqError(nap::INVALID_TEMPERATURE);
     showcase->nap_AcqStatus(nap::NOT_STARTED);
     QVERIFY(isSaid(showcase.window, told));
+    // Nor does its card look like one of a result.
+    const bool isLost = told.startsWith(QLatin1String("Mesure interrompue"));
+    QTRY_COMPARE(isSaid(showcase.window, QStringLiteral("Interrompue")), isLost && results > 0);
+    QTRY_COMPARE(isSaid(showcase.window, QStringLiteral("Indéterminée")), !isLost);
+    QCOMPARE(isSaid(showcase.window, QStringLiteral("tir n°")), !isLost);
     showcase->msp_event(MSPClient::SHUT_OPENED, 0);
     QVERIFY(!isSaid(showcase.window, told));
 } catch (const Failure &failure) {

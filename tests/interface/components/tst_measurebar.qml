@@ -78,5 +78,27 @@ Item {
             verify(says(face, "0,31"));
             verify(says(face, Words.decision(face.decision)));
         }
+        function test_decisionOfAMeasureThatRuns_isProvisional() {
+            var face = createTemporaryObject(measureFace, stage,
+                { heading: "Mesure 1", concentration: 1.3, sigma: 0.3, decision: DetectionDecisionEnumClass.POSITIVE, live: true });
+            var chip = itemsOf(face).filter(function(item) { return item.word !== undefined; })[0];
+            verify(chip.provisional);
+            compareColors(chip.color, Theme.surface);
+            face.live = false;
+            verify(!chip.provisional);
+            compareColors(chip.color, Theme.positive);
+        }
+        function test_interruptedMeasure_hasNoDecision() {
+            var face = createTemporaryObject(measureFace, stage,
+                { heading: "Mesure 1", decision: DetectionDecisionEnumClass.POSITIVE, interrupted: true });
+            verify(says(face, "Interrompue"));
+            verify(!says(face, "Positive"));
+            verify(!says(face, "0,00"));
+            face.concentration = 0.64;
+            face.sigma = 0.38;
+            verify(says(face, "0,64"));
+            verify(says(face, "Interrompue"));
+            verify(face.Accessible.name.indexOf("Interrompue") > 0);
+        }
     }
 }

@@ -27,8 +27,12 @@ Item {
             var panel = createTemporaryObject(shotPanel, stage);
             bench.conditions(false, 21, 1200);
             Instrument.measureDirect();
+            verify(says(panel, "Pas prêt à mesurer"));
             verify(says(panel, "L'instrument n'est pas prêt"));
+            compareColors(panel.border.color, Theme.undecided);
             bench.conditions(true, 21, 1200);
+            verify(says(panel, "Prêt à mesurer"));
+            compareColors(panel.border.color, Theme.negative);
             verify(says(panel, "pressez la détente et maintenez-la"));
         }
         function test_everyPhase_saysWhatHappensAndWhatToDo() {
@@ -45,7 +49,7 @@ Item {
             bench.tellResult(2.5, 0.3, DetectionDecisionEnumClass.POSITIVE);
             bench.tellResult(2.6, 0.28, DetectionDecisionEnumClass.POSITIVE);
             verify(says(panel, "Mesure en cours"));
-            verify(says(panel, "jusqu'à la décision"));
+            verify(says(panel, "jusqu'à la décision définitive"));
             for (var i = 0; i < 4; ++i)
                 bench.tellResult(2.7 + i / 10, 0.2, DetectionDecisionEnumClass.POSITIVE);
             verify(says(panel, "relâchez la détente"));
@@ -53,6 +57,32 @@ Item {
             bench.tellEnd();
             verify(says(panel, "Mesure terminée"));
             compare(directMeasures.count, 1);
+        }
+        function test_unitAtRest_tellsWhy_data() {
+            return [{ tag: "measured", statut: UDStatutEnumClass.NEGATIVE, text: "L'unité a son résultat" },
+                    { tag: "left out", statut: UDStatutEnumClass.SKIPPED, text: "L'unité n'est pas à mesurer" }];
+        }
+        function test_unitAtRest_tellsWhy(data) {
+            bench.addUnit("Cuisine", "Mur", data.statut);
+            Instrument.measureUnit(0);
+            var panel = createTemporaryObject(shotPanel, stage);
+            verify(says(panel, "En veille"));
+            verify(says(panel, data.text));
+            Instrument.standby();
+        }
+        function test_tooFarAway_isToComeNearer() {
+            bench.conditions(true, 21, 1200);
+            Instrument.setMeasureMode(MeasureModeEnumClass.TRIGGER);
+            Instrument.measureDirect();
+            var panel = createTemporaryObject(shotPanel, stage);
+            bench.openShutter();
+            bench.startMeasure();
+            for (var i = 0; i < 2; ++i)
+                bench.tellResult(1.3, 1.4 - i / 10, DetectionDecisionEnumClass.COMPTON_ERROR);
+            verify(says(panel, "Rapprochez l'appareil de la surface"));
+            bench.tellEnd();
+            verify(says(panel, "Mesure terminée"));
+            compare(panel.sign, "warning");
         }
         function test_modes_adviseTheirOwn_data() {
             return [{ tag: "defined", mode: MeasureModeEnumClass.DEFINED, text: "Maintenez : la mesure dure" },
