@@ -55,7 +55,7 @@ Rectangle {
     Button {
         id: button
         objectName: "bannerButton"
-        anchors { right: parent.right; rightMargin: Theme.spacing; verticalCenter: parent.verticalCenter }
+        anchors { right: parent.right; rightMargin: Theme.margin; verticalCenter: parent.verticalCenter }
         text: banner.action
         onClicked: banner.acted()
     }

@@ -13,7 +13,7 @@ ListView {
     spacing: Theme.spacingSmall
     leftMargin: Theme.margin
     rightMargin: Theme.margin
-    topMargin: 4
+    topMargin: Theme.spacingSmall
     bottomMargin: Theme.margin
     clip: true
     reuseItems: true

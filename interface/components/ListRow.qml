@@ -14,9 +14,13 @@ AbstractButton {
     property string sign
     property color signColor: Theme.primary
     property bool chevron: true
+    // As low as a finger allows.
+    property bool compact: false
+    readonly property int markSide: compact ? 40 : 48
     default property alias trailing: trailingRow.data
 
-    implicitHeight: Math.max(Theme.touch + 12, lines.implicitHeight + 2 * Theme.spacing)
+    implicitHeight: compact ? Math.max(Theme.touch, lines.implicitHeight + Theme.spacingSmall)
+                            : Math.max(Theme.touch + 12, lines.implicitHeight + 2 * Theme.spacing)
     focusPolicy: Qt.StrongFocus
     Accessible.role: Accessible.ListItem
     Accessible.name: detail === "" ? heading : heading + ", " + detail
@@ -42,8 +46,8 @@ AbstractButton {
         Item {
             id: mark
             anchors { left: parent.left; leftMargin: Theme.spacing; verticalCenter: parent.verticalCenter }
-            width: row.picture !== "" || row.sign !== "" ? 48 : 0
-            height: 48
+            width: row.picture !== "" || row.sign !== "" ? row.markSide : 0
+            height: row.markSide
 
             Rectangle {
                 anchors.fill: parent

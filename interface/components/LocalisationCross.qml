@@ -10,46 +10,68 @@ Item {
     id: cross
 
     property int value: LocalisationEnumClass.NOT_DETERMINED
-    readonly property int side: 68
+    readonly property int cellWidth: 84
+    readonly property int cellHeight: 60
 
     signal chosen(int localisation)
 
-    implicitWidth: 3 * side + 2 * Theme.spacingSmall
-    implicitHeight: implicitWidth + caption.height + Theme.spacingSmall
+    implicitWidth: Math.max(caption.implicitWidth, 3 * cellWidth + 2 * Theme.spacingSmall)
+    implicitHeight: cells.y + 3 * cellHeight + 2 * Theme.spacingSmall
     Accessible.role: Accessible.Grouping
-    Accessible.name: qsTr("Position : %1").arg(caption.text)
+    Accessible.name: caption.text
 
-    Repeater {
-        model: [
-            { localisation: LocalisationEnumClass.UP, column: 1, row: 0 },
-            { localisation: LocalisationEnumClass.LEFT, column: 0, row: 1 },
-            { localisation: LocalisationEnumClass.CENTER, column: 1, row: 1 },
-            { localisation: LocalisationEnumClass.RIGHT, column: 2, row: 1 },
-            { localisation: LocalisationEnumClass.DOWN, column: 1, row: 2 }
-        ]
-        Button {
-            id: place
-            required property var modelData
-            readonly property bool current: cross.value === place.modelData.localisation
-            objectName: "localisation" + place.modelData.localisation
-            x: place.modelData.column * (cross.side + Theme.spacingSmall)
-            y: place.modelData.row * (cross.side + Theme.spacingSmall)
-            width: cross.side
-            height: cross.side
-            highlighted: current
-            text: Words.localisation(place.modelData.localisation)
-            onClicked: cross.chosen(current ? LocalisationEnumClass.NOT_DETERMINED : place.modelData.localisation)
-            padding: 0
-            leftPadding: 2
-            rightPadding: 2
-            font.pixelSize: Theme.fontSmall
-        }
-    }
-    Text {
+    Caption {
         id: caption
-        anchors { bottom: parent.bottom; horizontalCenter: parent.horizontalCenter }
-        text: Words.localisation(cross.value)
-        color: Theme.text
-        font { pixelSize: Theme.fontSmall; weight: Font.DemiBold }
+        anchors.horizontalCenter: parent.horizontalCenter
+        text: cross.value === LocalisationEnumClass.NOT_DETERMINED ? qsTr("Où sur l'élément ?")
+                                                                : qsTr("Position : %1").arg(Words.localisation(cross.value))
+    }
+    Item {
+        id: cells
+        anchors.horizontalCenter: parent.horizontalCenter
+        y: caption.height + Theme.spacing
+        width: 3 * cross.cellWidth + 2 * Theme.spacingSmall
+
+        Repeater {
+            model: [
+                { localisation: LocalisationEnumClass.UP, column: 1, row: 0 },
+                { localisation: LocalisationEnumClass.LEFT, column: 0, row: 1 },
+                { localisation: LocalisationEnumClass.CENTER, column: 1, row: 1 },
+                { localisation: LocalisationEnumClass.RIGHT, column: 2, row: 1 },
+                { localisation: LocalisationEnumClass.DOWN, column: 1, row: 2 }
+            ]
+            Button {
+                id: place
+                required property var modelData
+                readonly property bool current: cross.value === place.modelData.localisation
+                objectName: "localisation" + place.modelData.localisation
+                x: place.modelData.column * (cross.cellWidth + Theme.spacingSmall)
+                y: place.modelData.row * (cross.cellHeight + Theme.spacingSmall)
+                width: cross.cellWidth
+                height: cross.cellHeight
+                highlighted: current
+                text: Words.localisation(place.modelData.localisation)
+                onClicked: cross.chosen(current ? LocalisationEnumClass.NOT_DETERMINED : place.modelData.localisation)
+
+                contentItem: Item {
+                    Column {
+                        anchors.centerIn: parent
+                        spacing: 2
+                        Icon {
+                            anchors.horizontalCenter: parent.horizontalCenter
+                            name: place.current ? "chosen" : "open"
+                            size: 20
+                            color: place.ink
+                        }
+                        Text {
+                            anchors.horizontalCenter: parent.horizontalCenter
+                            text: place.text
+                            font { pixelSize: Theme.fontSmall; weight: Font.DemiBold }
+                            color: place.ink
+                        }
+                    }
+                }
+            }
+        }
     }
 }

@@ -102,7 +102,7 @@ FocusScope {
         }
         Row {
             id: actionRow
-            anchors { right: parent.right; rightMargin: Theme.spacing; verticalCenter: parent.verticalCenter }
+            anchors { right: parent.right; rightMargin: Theme.margin; verticalCenter: parent.verticalCenter }
             spacing: Theme.spacingSmall
         }
     }

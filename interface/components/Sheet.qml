@@ -14,7 +14,7 @@ Flickable {
     property real sideMargin: Theme.margin
 
     contentWidth: width
-    contentHeight: column.implicitHeight + 2 * Theme.spacing
+    contentHeight: column.implicitHeight + Theme.spacingSmall + Theme.margin
     boundsBehavior: Flickable.StopAtBounds
     clip: true
     ScrollBar.vertical: ScrollBar { }
@@ -43,7 +43,7 @@ Flickable {
     Column {
         id: column
         x: sheet.sideMargin
-        y: Theme.spacing
+        y: Theme.spacingSmall
         width: sheet.width - 2 * sheet.sideMargin
         spacing: Theme.spacing
     }

@@ -75,9 +75,9 @@ Rectangle {
     readonly property string sign: {
         switch (phase) {
         case "open": return "open";
-        case "settling": return "hand";
+        case "settling": return "press";
         case "silent": return "warning";
-        case "measuring": return tooFar ? "warning" : Instrument.decided ? "check" : "hand";
+        case "measuring": return tooFar ? "warning" : Instrument.decided ? "check" : "press";
         case "lost": return "warning";
         case "done": return Words.isFailure(decision) ? "warning" : "check";
         case "ready": return ready ? "target" : "warning";

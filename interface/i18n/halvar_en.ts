@@ -32,10 +32,6 @@
         <translation>Go on with the check</translation>
     </message>
     <message>
-        <source>Contrôle&#xa0;: %1</source>
-        <translation>Check: %1</translation>
-    </message>
-    <message>
         <source>%1 ± %2</source>
         <translation>%1 ± %2</translation>
     </message>
@@ -68,12 +64,20 @@
         <translation>not made yet</translation>
     </message>
     <message>
-        <source>mesure n° %1</source>
-        <translation>measurement no. %1</translation>
-    </message>
-    <message>
         <source>%1 ± %2 mg/cm²</source>
         <translation>%1 ± %2 mg/cm²</translation>
+    </message>
+    <message>
+        <source>Justesse&#xa0;: %1</source>
+        <translation>Accuracy: %1</translation>
+    </message>
+    <message>
+        <source>ouvrez d&apos;abord un diagnostic</source>
+        <translation>open a diagnostic first</translation>
+    </message>
+    <message>
+        <source>tir n° %1</source>
+        <translation>shot no. %1</translation>
     </message>
 </context>
 <context>
@@ -104,10 +108,6 @@
     <message>
         <source>Trop d&apos;échecs&#xa0;: appelez le service</source>
         <translation>Too many failures: call the service</translation>
-    </message>
-    <message>
-        <source>Calibrage échoué</source>
-        <translation>Calibration failed</translation>
     </message>
     <message>
         <source>Calibrage arrêté</source>
@@ -154,16 +154,20 @@
         <translation>%1 s. Do not move the instrument.</translation>
     </message>
     <message>
-        <source>Posez l&apos;appareil obturateur fermé, loin de toute surface, puis démarrez.</source>
-        <translation>Put the instrument down with its shutter closed, away from any surface, then start.</translation>
-    </message>
-    <message>
         <source>Démarrer le calibrage</source>
         <translation>Start the calibration</translation>
     </message>
     <message>
         <source>Arrêter</source>
         <translation>Stop</translation>
+    </message>
+    <message>
+        <source>Échec du calibrage</source>
+        <translation>Calibration failed</translation>
+    </message>
+    <message>
+        <source>Tenez l&apos;appareil, obturateur fermé, à l&apos;écart de toute surface, puis démarrez.</source>
+        <translation>Hold the instrument, shutter closed, away from any surface, then start.</translation>
     </message>
 </context>
 <context>
@@ -227,10 +231,6 @@
         <translation>Accuracy checks</translation>
     </message>
     <message>
-        <source>%1&#xa0;: %2</source>
-        <translation>%1: %2</translation>
-    </message>
-    <message>
         <source>Adresse ou lieu</source>
         <translation>Address or place</translation>
     </message>
@@ -253,6 +253,10 @@
     <message>
         <source>aucun contrôle fait</source>
         <translation>no check made</translation>
+    </message>
+    <message>
+        <source>%1&#xa0;: justesse %2</source>
+        <translation>%1: accuracy %2</translation>
     </message>
 </context>
 <context>
@@ -445,6 +449,10 @@
         <source>Position&#xa0;: %1</source>
         <translation>Position: %1</translation>
     </message>
+    <message>
+        <source>Où sur l&apos;élément&#xa0;?</source>
+        <translation>Where on the element?</translation>
+    </message>
 </context>
 <context>
     <name>LogScreen</name>
@@ -543,10 +551,6 @@
     <message>
         <source>Résultat</source>
         <translation>Result</translation>
-    </message>
-    <message>
-        <source>Où sur l&apos;élément&#xa0;?</source>
-        <translation>Where on the element?</translation>
     </message>
     <message>
         <source>Nature de la dégradation</source>
@@ -951,6 +955,10 @@
     <message>
         <source>Mesures négatives pour une unité négative</source>
         <translation>Negative measurements for a negative unit</translation>
+    </message>
+    <message>
+        <source>Valeurs</source>
+        <translation>Values</translation>
     </message>
 </context>
 <context>

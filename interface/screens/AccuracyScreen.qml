@@ -73,119 +73,135 @@ Screen {
     Sheet {
         anchors.fill: parent
 
-        Card {
-            width: parent.width
-
-            Item {
-                width: parent.width
-                height: Math.max(stageName.implicitHeight, verdict.implicitHeight)
-                Column {
-                    id: stageName
-                    Caption { text: qsTr("Contrôle : %1").arg(Words.accuracyStage(controller.accuracyStage)) }
-                    Text {
-                        text: screen.result && screen.result.sigma > 0
-                            ? qsTr("%1 ± %2 mg/cm²").arg(Words.concentration(screen.result.concentration))
-                                  .arg(Words.concentration(screen.result.sigma)) : "–"
-                        color: Theme.text
-                        font { pixelSize: Theme.fontLarge; weight: Font.Bold }
-                    }
-                }
-                SignChip {
-                    id: verdict
-                    objectName: "verdict"
-                    anchors { right: parent.right; verticalCenter: parent.verticalCenter }
-                    visible: screen.result !== null && screen.result.idNAP >= 0
-                    large: true
-                    sign: screen.result ? Words.decisionSign(screen.result.detectionDecision) : ""
-                    word: screen.result ? Words.decision(screen.result.detectionDecision) : ""
-                    tint: screen.result ? Words.decisionColor(screen.result.detectionDecision) : Theme.neutral
-                }
-            }
-            MeasureBar {
-                width: parent.width
-                concentration: screen.result ? screen.result.concentration : 0
-                sigma: screen.result ? screen.result.sigma : 0
-                tint: screen.result ? Words.decisionColor(screen.result.detectionDecision) : Theme.neutral
-                threshold: screen.reference > 0 ? screen.reference : Words.threshold
-                precision: screen.precision
-            }
-            Body {
-                width: parent.width
-                text: {
-                    if (screen.running)
-                        return qsTr("Contrôle en cours : %1 s. Laissez l'appareil sur le bloc de référence.")
-                            .arg(Words.number(screen.elapsed, 0));
-                    return qsTr("Posez l'appareil sur le bloc de référence, puis démarrez.");
-                }
-            }
-            ProgressBar {
-                width: parent.width
-                visible: screen.running
-                indeterminate: true
-                Accessible.name: qsTr("Contrôle en cours")
-            }
-            SignButton {
-                objectName: "startAccuracy"
-                width: parent.width
-                visible: !screen.running
-                enabled: !Instrument.busy && screen.result !== null
-                highlighted: true
-                sign: "balance"
-                text: qsTr("Démarrer le contrôle")
-                onClicked: screen.start()
-            }
-            SignButton {
-                objectName: "stopAccuracy"
-                width: parent.width
-                visible: screen.running
-                sign: "cross"
-                text: qsTr("Arrêter")
-                onClicked: screen.stop()
-            }
-        }
-        Caption { text: qsTr("Quel contrôle ?") }
         Grid {
-            id: stages
+            id: page
             width: parent.width
             columns: screen.wide ? 2 : 1
-            spacing: Theme.spacingSmall
+            spacing: Theme.spacing
+            readonly property real column: (width - (columns - 1) * spacing) / columns
 
-            Repeater {
-                model: accuracyMeasures
-                ListRow {
-                    id: stageRow
-                    required property int index
-                    required property QtObject modelData
-                    readonly property bool chosen: controller.accuracyStage === stageRow.index
-                    objectName: "stage" + stageRow.index
-                    width: (stages.width - (stages.columns - 1) * stages.spacing) / stages.columns
-                    enabled: !screen.running
-                    chevron: false
-                    sign: chosen ? "check" : "open"
-                    heading: Words.accuracyStage(stageRow.index)
-                    detail: {
-                        if (stageRow.index === AccuracyStageEnumClass.ACCURACY_LIVE)
-                            return qsTr("hors diagnostic");
-                        return stageRow.modelData.idNAP < 0 ? qsTr("pas encore fait")
-                                                   : qsTr("mesure n° %1").arg(stageRow.modelData.idNAP);
-                    }
-                    onClicked: controller.accuracyStage = stageRow.index
+            Card {
+                width: page.column
 
+                Item {
+                    width: parent.width
+                    height: Math.max(stageName.implicitHeight, verdict.implicitHeight)
                     Column {
-                        visible: stageRow.modelData.idNAP >= 0
-                        SignChip {
-                            anchors.right: parent.right
-                            sign: Words.decisionSign(stageRow.modelData.detectionDecision)
-                            word: Words.decision(stageRow.modelData.detectionDecision)
-                            tint: Words.decisionColor(stageRow.modelData.detectionDecision)
-                        }
+                        id: stageName
+                        Caption { text: qsTr("Justesse : %1").arg(Words.accuracyStage(controller.accuracyStage)) }
                         Text {
-                            anchors.right: parent.right
-                            text: stageRow.modelData.sigma > 0 ? qsTr("%1 ± %2").arg(Words.concentration(stageRow.modelData.concentration))
-                                                            .arg(Words.concentration(stageRow.modelData.sigma)) : ""
-                            visible: text !== ""
+                            text: screen.result && screen.result.sigma > 0
+                                ? qsTr("%1 ± %2 mg/cm²").arg(Words.concentration(screen.result.concentration))
+                                      .arg(Words.concentration(screen.result.sigma)) : "–"
                             color: Theme.text
-                            font.pixelSize: Theme.fontSmall
+                            font { pixelSize: Theme.fontLarge; weight: Font.Bold }
+                        }
+                    }
+                    SignChip {
+                        id: verdict
+                        objectName: "verdict"
+                        anchors { right: parent.right; verticalCenter: parent.verticalCenter }
+                        visible: screen.result !== null && screen.result.idNAP >= 0
+                        large: !screen.wide
+                        sign: screen.result ? Words.decisionSign(screen.result.detectionDecision) : ""
+                        word: screen.result ? Words.decision(screen.result.detectionDecision) : ""
+                        tint: screen.result ? Words.decisionColor(screen.result.detectionDecision) : Theme.neutral
+                    }
+                }
+                MeasureBar {
+                    width: parent.width
+                    concentration: screen.result ? screen.result.concentration : 0
+                    sigma: screen.result ? screen.result.sigma : 0
+                    tint: screen.result ? Words.decisionColor(screen.result.detectionDecision) : Theme.neutral
+                    threshold: screen.reference > 0 ? screen.reference : Words.threshold
+                    precision: screen.precision
+                }
+                Body {
+                    width: parent.width
+                    text: {
+                        if (screen.running)
+                            return qsTr("Contrôle en cours : %1 s. Laissez l'appareil sur le bloc de référence.")
+                                .arg(Words.number(screen.elapsed, 0));
+                        return qsTr("Posez l'appareil sur le bloc de référence, puis démarrez.");
+                    }
+                }
+                ProgressBar {
+                    width: parent.width
+                    visible: screen.running
+                    indeterminate: true
+                    Accessible.name: qsTr("Contrôle en cours")
+                }
+                SignButton {
+                    objectName: "startAccuracy"
+                    width: parent.width
+                    visible: !screen.running
+                    enabled: !Instrument.busy && screen.result !== null
+                    highlighted: true
+                    sign: "balance"
+                    text: qsTr("Démarrer le contrôle")
+                    onClicked: screen.start()
+                }
+                SignButton {
+                    objectName: "stopAccuracy"
+                    width: parent.width
+                    visible: screen.running
+                    sign: "cross"
+                    text: qsTr("Arrêter")
+                    onClicked: screen.stop()
+                }
+            }
+            Column {
+                width: page.column
+                spacing: Theme.spacing
+
+                Caption { text: qsTr("Quel contrôle ?") }
+                Column {
+                    width: parent.width
+                    spacing: Theme.spacingSmall
+
+                    Repeater {
+                        model: accuracyMeasures
+                        ListRow {
+                            id: stageRow
+                            required property int index
+                            required property QtObject modelData
+                            readonly property bool chosen: controller.accuracyStage === stageRow.index
+                            // What a diagnostic keeps needs one.
+                            readonly property bool possible: stageRow.index === AccuracyStageEnumClass.ACCURACY_LIVE
+                                                             || controller.fileName !== ""
+                            objectName: "stage" + stageRow.index
+                            width: parent.width
+                            enabled: !screen.running && possible
+                            chevron: false
+                            sign: chosen ? "chosen" : "open"
+                            heading: Words.accuracyStage(stageRow.index)
+                            detail: {
+                                if (stageRow.index === AccuracyStageEnumClass.ACCURACY_LIVE)
+                                    return qsTr("hors diagnostic");
+                                if (!possible)
+                                    return qsTr("ouvrez d'abord un diagnostic");
+                                return stageRow.modelData.idNAP < 0 ? qsTr("pas encore fait")
+                                                           : qsTr("tir n° %1").arg(stageRow.modelData.idNAP);
+                            }
+                            onClicked: controller.accuracyStage = stageRow.index
+
+                            Column {
+                                visible: stageRow.modelData.idNAP >= 0
+                                SignChip {
+                                    anchors.right: parent.right
+                                    sign: Words.decisionSign(stageRow.modelData.detectionDecision)
+                                    word: Words.decision(stageRow.modelData.detectionDecision)
+                                    tint: Words.decisionColor(stageRow.modelData.detectionDecision)
+                                }
+                                Text {
+                                    anchors.right: parent.right
+                                    text: stageRow.modelData.sigma > 0 ? qsTr("%1 ± %2").arg(Words.concentration(stageRow.modelData.concentration))
+                                                                    .arg(Words.concentration(stageRow.modelData.sigma)) : ""
+                                    visible: text !== ""
+                                    color: Theme.text
+                                    font.pixelSize: Theme.fontSmall
+                                }
+                            }
                         }
                     }
                 }
@@ -193,5 +209,6 @@ Screen {
         }
     }
     // A fresh instrument shows no stage's result until one is chosen.
-    Component.onCompleted: controller.accuracyStage = controller.accuracyStage
+    Component.onCompleted: controller.accuracyStage = controller.fileName === "" ? AccuracyStageEnumClass.ACCURACY_LIVE
+                                                                                : controller.accuracyStage
 }

@@ -21,7 +21,7 @@ Screen {
         if (exhausted)
             return { sign: "cross", tint: Theme.positive, word: qsTr("Trop d'échecs : appelez le service") };
         if (Instrument.calibrationState === CalibrationEnumClass.ERROR)
-            return { sign: "cross", tint: Theme.positive, word: qsTr("Calibrage échoué") };
+            return { sign: "cross", tint: Theme.positive, word: qsTr("Échec du calibrage") };
         if (Instrument.calibrationOutcome === "stopped")
             return { sign: "skip", tint: Theme.undecided, word: qsTr("Calibrage arrêté") };
         if (Instrument.calibrationOutcome === "done" || Instrument.calibrationState === CalibrationEnumClass.DONE)
@@ -108,8 +108,8 @@ Screen {
             }
             Body {
                 width: parent.width
-                visible: !screen.running
-                text: qsTr("Posez l'appareil obturateur fermé, loin de toute surface, puis démarrez.")
+                visible: !screen.running && !screen.exhausted
+                text: qsTr("Tenez l'appareil, obturateur fermé, à l'écart de toute surface, puis démarrez.")
                 color: Theme.textSecondary
             }
             SignButton {

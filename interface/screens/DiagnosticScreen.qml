@@ -18,66 +18,79 @@ Screen {
     Sheet {
         anchors.fill: parent
 
-        ListRow {
-            objectName: "rooms"
+        Grid {
+            id: page
             width: parent.width
-            sign: "room"
-            heading: qsTr("Locaux et unités")
-            detail: uds.count === 0 ? qsTr("rien d'enregistré encore") : qsTr("%n unité(s)", "", uds.count)
-            onClicked: Nav.open("RoomsScreen")
-        }
-        ListRow {
-            objectName: "checks"
-            width: parent.width
-            sign: "balance"
-            heading: qsTr("Contrôles de justesse")
-            detail: {
-                var made = [];
-                for (var stage = AccuracyStageEnumClass.ACCURACY_INIT; stage <= AccuracyStageEnumClass.ACCURACY_FINAL; ++stage) {
-                    if (accuracyMeasures[stage].idNAP >= 0)
-                        made.push(qsTr("%1 : %2").arg(Words.accuracyStage(stage))
-                            .arg(Words.decision(accuracyMeasures[stage].detectionDecision)));
+            columns: screen.wide ? 2 : 1
+            spacing: Theme.spacing
+            readonly property real column: (width - (columns - 1) * spacing) / columns
+
+            Column {
+                width: page.column
+                spacing: Theme.spacing
+
+                ListRow {
+                    objectName: "rooms"
+                    width: parent.width
+                    sign: "room"
+                    heading: qsTr("Locaux et unités")
+                    detail: uds.count === 0 ? qsTr("rien d'enregistré encore") : qsTr("%n unité(s)", "", uds.count)
+                    onClicked: Nav.open("RoomsScreen")
                 }
-                return made.length > 0 ? made.join(" · ") : qsTr("aucun contrôle fait");
+                ListRow {
+                    objectName: "checks"
+                    width: parent.width
+                    sign: "balance"
+                    heading: qsTr("Contrôles de justesse")
+                    detail: {
+                        var made = [];
+                        for (var stage = AccuracyStageEnumClass.ACCURACY_INIT; stage <= AccuracyStageEnumClass.ACCURACY_FINAL; ++stage) {
+                            if (accuracyMeasures[stage].idNAP >= 0)
+                                made.push(qsTr("%1 : justesse %2").arg(Words.accuracyStage(stage))
+                                    .arg(Words.decision(accuracyMeasures[stage].detectionDecision).toLowerCase()));
+                        }
+                        return made.length > 0 ? made.join(" · ") : qsTr("aucun contrôle fait");
+                    }
+                    onClicked: Nav.open("AccuracyScreen")
+                }
+                Caption { text: qsTr("Adresse ou lieu") }
+                TextField {
+                    objectName: "place"
+                    width: parent.width
+                    placeholderText: qsTr("Adresse ou lieu")
+                    text: controller.localization
+                    Accessible.name: qsTr("Adresse ou lieu")
+                    onEditingFinished: {
+                        controller.localization = text;
+                        Instrument.save();
+                    }
+                }
             }
-            onClicked: Nav.open("AccuracyScreen")
-        }
-        Caption { text: qsTr("Adresse ou lieu") }
-        TextField {
-            objectName: "place"
-            width: parent.width
-            placeholderText: qsTr("Adresse ou lieu")
-            text: controller.localization
-            Accessible.name: qsTr("Adresse ou lieu")
-            onEditingFinished: {
-                controller.localization = text;
-                Instrument.save();
-            }
-        }
-        Card {
-            width: parent.width
-            spacing: 2
-            Caption { text: qsTr("Dégradations du bâtiment") }
-            CheckBox {
-                objectName: "effondrement"
-                width: parent.width
-                text: qsTr("Effondrement de plancher ou de plafond")
-                checked: controller.effondrement
-                onToggled: controller.effondrement = checked
-            }
-            CheckBox {
-                objectName: "coulures"
-                width: parent.width
-                text: qsTr("Coulures ou ruissellements d'eau")
-                checked: controller.coulures
-                onToggled: controller.coulures = checked
-            }
-            CheckBox {
-                objectName: "humidite"
-                width: parent.width
-                text: qsTr("Humidité, moisissures")
-                checked: controller.humidite
-                onToggled: controller.humidite = checked
+            Card {
+                width: page.column
+                spacing: 2
+                Caption { text: qsTr("Dégradations du bâtiment") }
+                CheckBox {
+                    objectName: "effondrement"
+                    width: parent.width
+                    text: qsTr("Effondrement de plancher ou de plafond")
+                    checked: controller.effondrement
+                    onToggled: controller.effondrement = checked
+                }
+                CheckBox {
+                    objectName: "coulures"
+                    width: parent.width
+                    text: qsTr("Coulures ou ruissellements d'eau")
+                    checked: controller.coulures
+                    onToggled: controller.coulures = checked
+                }
+                CheckBox {
+                    objectName: "humidite"
+                    width: parent.width
+                    text: qsTr("Humidité, moisissures")
+                    checked: controller.humidite
+                    onToggled: controller.humidite = checked
+                }
             }
         }
     }

@@ -42,7 +42,7 @@ MeasuringScreen {
     ShotPanel {
         id: panel
         x: Theme.margin
-        y: 4
+        y: Theme.spacingSmall
         width: parent.width - 2 * Theme.margin
     }
     Choices {

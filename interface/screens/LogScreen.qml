@@ -34,7 +34,7 @@ Screen {
     TextField {
         id: search
         objectName: "search"
-        anchors { top: parent.top; left: parent.left; right: parent.right; margins: Theme.margin; topMargin: 4 }
+        anchors { top: parent.top; left: parent.left; right: parent.right; margins: Theme.margin; topMargin: Theme.spacingSmall }
         placeholderText: qsTr("Lignes qui contiennent…")
         Accessible.name: placeholderText
     }

@@ -39,27 +39,30 @@ Screen {
     Sheet {
         anchors.fill: parent
 
-        Card {
+        Item {
+            id: page
+            // On a wide screen everything is in sight: what is noted about the place at the right.
+            readonly property real column: screen.wide ? (width - Theme.spacing) / 2 : width
             width: parent.width
-            MeasureFace {
-                width: parent.width
-                heading: qsTr("Résultat")
-                concentration: screen.measure ? screen.measure.concentration : 0
-                sigma: screen.measure ? screen.measure.sigma : 0
-                decision: screen.measure ? screen.measure.detectionDecision : DetectionDecisionEnumClass.NO_DECISION
-                interrupted: screen.interrupted
-            }
-        }
-        Grid {
-            id: grid
-            width: parent.width
-            columns: screen.wide ? 2 : 1
-            columnSpacing: Theme.spacing
-            rowSpacing: Theme.spacing
+            height: Math.max(degradationCard.y + degradationCard.height, conservation.y + conservation.height)
 
             Card {
-                width: (grid.width - (grid.columns - 1) * grid.columnSpacing) / grid.columns
-                Caption { text: qsTr("Où sur l'élément ?") }
+                id: result
+                width: page.column
+                MeasureFace {
+                    width: parent.width
+                    heading: qsTr("Résultat")
+                    concentration: screen.measure ? screen.measure.concentration : 0
+                    sigma: screen.measure ? screen.measure.sigma : 0
+                    decision: screen.measure ? screen.measure.detectionDecision : DetectionDecisionEnumClass.NO_DECISION
+                    interrupted: screen.interrupted
+                }
+            }
+            Card {
+                id: place
+                x: screen.wide ? page.column + Theme.spacing : 0
+                y: screen.wide ? 0 : result.height + Theme.spacing
+                width: page.column
                 LocalisationCross {
                     anchors.horizontalCenter: parent.horizontalCenter
                     value: screen.measure ? screen.measure.localisation : LocalisationEnumClass.NOT_DETERMINED
@@ -67,13 +70,15 @@ Screen {
                 }
             }
             Card {
-                width: (grid.width - (grid.columns - 1) * grid.columnSpacing) / grid.columns
+                id: degradationCard
+                y: (screen.wide ? result.height : place.y + place.height) + Theme.spacing
+                width: page.column
                 Caption { text: qsTr("Nature de la dégradation") }
                 Grid {
                     id: degradations
                     width: parent.width
-                    columns: screen.wide ? 1 : 2
-                    spacing: Theme.spacing
+                    columns: 2
+                    spacing: Theme.spacingSmall
 
                     Repeater {
                         model: [DegradationStateEnumClass.NON_DEGRADE, DegradationStateEnumClass.NON_VISIBLE,
@@ -85,7 +90,9 @@ Screen {
                             objectName: "degradation" + degradation.modelData
                             width: (degradations.width - (degradations.columns - 1) * degradations.spacing)
                                    / degradations.columns
-                            sign: chosen ? "check" : "open"
+                            leftPadding: Theme.spacingSmall
+                            rightPadding: Theme.spacingSmall
+                            sign: chosen ? "chosen" : "open"
                             highlighted: chosen
                             text: Words.degradation(degradation.modelData)
                             onClicked: {
@@ -97,21 +104,24 @@ Screen {
                     }
                 }
             }
-        }
-        ListRow {
-            objectName: "conservation"
-            width: parent.width
-            sign: "edit"
-            heading: qsTr("État de conservation")
-            detail: screen.conservation !== "" ? screen.conservation : qsTr("rien de noté")
-            onClicked: Nav.open("PickScreen", {
-                title: qsTr("État de conservation"),
-                items: screen.states || statesOfUse,
-                allowNew: false,
-                allowNone: true,
-                current: screen.conservation,
-                picked: function(title) { screen.measure.conservationState = title; }
-            })
+            ListRow {
+                id: conservation
+                objectName: "conservation"
+                x: place.x
+                y: screen.wide ? place.height + Theme.spacing : degradationCard.y + degradationCard.height + Theme.spacing
+                width: page.column
+                sign: "edit"
+                heading: qsTr("État de conservation")
+                detail: screen.conservation !== "" ? screen.conservation : qsTr("rien de noté")
+                onClicked: Nav.open("PickScreen", {
+                    title: qsTr("État de conservation"),
+                    items: screen.states || statesOfUse,
+                    allowNew: false,
+                    allowNone: true,
+                    current: screen.conservation,
+                    picked: function(title) { screen.measure.conservationState = title; }
+                })
+            }
         }
     }
 }

@@ -63,7 +63,7 @@ Screen {
     TextField {
         id: search
         objectName: "search"
-        anchors { top: parent.top; left: parent.left; right: parent.right; margins: Theme.margin; topMargin: 4 }
+        anchors { top: parent.top; left: parent.left; right: parent.right; margins: Theme.margin; topMargin: Theme.spacingSmall }
         placeholderText: screen.allowNew ? qsTr("Chercher ou ajouter") : qsTr("Chercher")
         rightPadding: 52
         Accessible.name: placeholderText

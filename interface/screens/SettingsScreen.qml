@@ -11,9 +11,9 @@ Screen {
     id: screen
 
     readonly property var modes: [
-        { mode: MeasureModeEnumClass.TRIGGER, sign: "hand", text: qsTr("La mesure dure tant que la détente est pressée.") },
-        { mode: MeasureModeEnumClass.AUTO, sign: "refresh", text: qsTr("La mesure s'arrête dès que la décision est acquise.") },
-        { mode: MeasureModeEnumClass.DEFINED, sign: "pulse", text: qsTr("La mesure dure le temps réglé.") }
+        { mode: MeasureModeEnumClass.TRIGGER, text: qsTr("La mesure dure tant que la détente est pressée.") },
+        { mode: MeasureModeEnumClass.AUTO, text: qsTr("La mesure s'arrête dès que la décision est acquise.") },
+        { mode: MeasureModeEnumClass.DEFINED, text: qsTr("La mesure dure le temps réglé.") }
     ]
 
     title: qsTr("Réglages de mesure")
@@ -21,48 +21,61 @@ Screen {
     Sheet {
         anchors.fill: parent
 
-        Caption { text: qsTr("Fin de la mesure") }
-        Repeater {
-            model: screen.modes
-            ListRow {
-                id: choice
-                required property var modelData
-                objectName: "mode" + choice.modelData.mode
-                width: parent.width
-                enabled: !Instrument.busy
-                chevron: false
-                sign: choice.modelData.sign
-                heading: Words.measureMode(choice.modelData.mode)
-                detail: choice.modelData.text
-                onClicked: Instrument.setMeasureMode(choice.modelData.mode)
+        Grid {
+            id: page
+            width: parent.width
+            columns: screen.wide ? 2 : 1
+            spacing: Theme.spacing
+            readonly property real column: (width - (columns - 1) * spacing) / columns
 
-                Icon {
-                    visible: Instrument.measureMode === choice.modelData.mode
-                    name: "check"
-                    size: 28
-                    color: Theme.negative
+            Column {
+                width: page.column
+                spacing: Theme.spacingSmall
+
+                Caption { text: qsTr("Fin de la mesure") }
+                Repeater {
+                    model: screen.modes
+                    ListRow {
+                        id: choice
+                        required property var modelData
+                        readonly property bool chosen: Instrument.measureMode === choice.modelData.mode
+                        objectName: "mode" + choice.modelData.mode
+                        width: parent.width
+                        enabled: !Instrument.busy
+                        chevron: false
+                        sign: chosen ? "chosen" : "open"
+                        heading: Words.measureMode(choice.modelData.mode)
+                        detail: choice.modelData.text
+                        onClicked: Instrument.setMeasureMode(choice.modelData.mode)
+                    }
                 }
             }
-        }
-        Stepper {
-            objectName: "measureTime"
-            width: parent.width
-            name: qsTr("Durée d'une mesure à durée fixe")
-            unit: qsTr("s")
-            from: 1
-            to: 120
-            value: controller.measureTime
-            enabled: !Instrument.busy
-            onChosen: function(number) { controller.measureTime = number; }
-        }
-        Stepper {
-            objectName: "nbMeasures"
-            width: parent.width
-            name: qsTr("Mesures négatives pour une unité négative")
-            from: 1
-            to: 20
-            value: controller.nbMeasures
-            onChosen: function(number) { controller.nbMeasures = number; }
+            Column {
+                width: page.column
+                spacing: Theme.spacingSmall
+
+                Caption { text: qsTr("Valeurs") }
+                Stepper {
+                    objectName: "measureTime"
+                    width: parent.width
+                    name: qsTr("Durée d'une mesure à durée fixe")
+                    unit: qsTr("s")
+                    from: 1
+                    to: 120
+                    value: controller.measureTime
+                    enabled: !Instrument.busy
+                    onChosen: function(number) { controller.measureTime = number; }
+                }
+                Stepper {
+                    objectName: "nbMeasures"
+                    width: parent.width
+                    name: qsTr("Mesures négatives pour une unité négative")
+                    from: 1
+                    to: 20
+                    value: controller.nbMeasures
+                    onChosen: function(number) { controller.nbMeasures = number; }
+                }
+            }
         }
     }
 }

@@ -87,11 +87,10 @@ MeasuringScreen {
 
         Column {
             spacing: Theme.spacingSmall
-            bottomPadding: Theme.spacingSmall
 
             Rectangle {
                 width: parent.width
-                height: Theme.touch + 12
+                height: Theme.touch
                 radius: Theme.radius
                 color: Theme.surface
                 border.color: Theme.outline
@@ -131,6 +130,7 @@ MeasuringScreen {
             }
             ListRow {
                 objectName: "element"
+                compact: true
                 width: parent.width
                 picture: screen.unit ? elements.findImageFromTitle(screen.unit.element) : ""
                 sign: "picture"
@@ -140,6 +140,7 @@ MeasuringScreen {
             }
             ListRow {
                 objectName: "substrate"
+                compact: true
                 width: parent.width
                 picture: screen.unit ? substrates.findImageFromTitle(screen.unit.substrat) : ""
                 sign: "picture"
@@ -149,6 +150,7 @@ MeasuringScreen {
             }
             ListRow {
                 objectName: "coating"
+                compact: true
                 width: parent.width
                 picture: screen.unit ? coatings.findImageFromTitle(screen.unit.revetement) : ""
                 sign: "picture"
@@ -197,7 +199,7 @@ MeasuringScreen {
     ShotPanel {
         id: panel
         x: left.width + (screen.wide ? 2 : Theme.margin)
-        y: 4
+        y: Theme.spacingSmall
         width: parent.width - x - Theme.margin
     }
     Choices {

@@ -138,6 +138,10 @@ try {
         showcase->uds->append(unit);
     }
     showcase.open(QStringLiteral("UnitScreen"), {{QStringLiteral("row"), 0}});
+    QVERIFY(isSaid(showcase.window, QStringLiteral("Pas prêt à mesurer")));
+    nap::AcqConditions conditions;
+    conditions.set_readyForAcquisition(true);
+    showcase->nap_AcqConditions(conditions);
     QVERIFY(isSaid(showcase.window, QStringLiteral("Prêt à mesurer")));
     QCOMPARE(commands.commands, QList<int>{MSPClient::RUN_HARD});
     showcase.hand->key(Qt::Key_Escape);
