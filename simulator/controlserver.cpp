@@ -5,6 +5,8 @@
 #include <QJsonDocument>
 #include <QLocalSocket>
 
+#include "jsonkeys.h"
+
 namespace simulator {
 
 namespace {
@@ -86,6 +88,10 @@ void ControlServer::read(QLocalSocket *client)
 
 QJsonObject ControlServer::answer(const QByteArray &line, QLocalSocket *client)
 {
+    const RepeatedKey repeated = findRepeatedKey(line);
+    if (repeated.isFound())
+        return refusal(QStringLiteral("the key \"%1\" stands twice in its object, again after %2 bytes")
+                           .arg(repeated.key, QString::number(repeated.offset)));
     QJsonParseError parsed;
     const QJsonDocument document = QJsonDocument::fromJson(line, &parsed);
     if (parsed.error != QJsonParseError::NoError)

@@ -9,6 +9,7 @@
 #include <QJsonDocument>
 
 #include "commandtable.h"
+#include "jsonkeys.h"
 
 namespace simulator {
 
@@ -67,11 +68,18 @@ bool Scenario::read(const QString &nameOrFile, const QString &directory, QString
         error = QStringLiteral("%1: longer than %2 bytes").arg(path).arg(LargestFile);
         return false;
     }
+    const auto lineOf = [&bytes](int offset) { return bytes.left(offset).count('\n') + 1; };
+    const RepeatedKey repeated = findRepeatedKey(bytes);
+    if (repeated.isFound()) {
+        error = QStringLiteral("%1: line %2: the key \"%3\" stands twice in its object")
+                    .arg(path, QString::number(lineOf(repeated.offset)), oneLine(repeated.key));
+        return false;
+    }
     QJsonParseError parsed;
     const QJsonDocument document = QJsonDocument::fromJson(bytes, &parsed);
     if (parsed.error != QJsonParseError::NoError) {
-        const int line = bytes.left(parsed.offset).count('\n') + 1;
-        error = QStringLiteral("%1: line %2: %3").arg(path).arg(line).arg(parsed.errorString());
+        error =
+            QStringLiteral("%1: line %2: %3").arg(path).arg(lineOf(parsed.offset)).arg(parsed.errorString());
         return false;
     }
     if (!document.isObject()) {

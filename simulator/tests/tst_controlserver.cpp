@@ -77,6 +77,7 @@ private slots:
     void everyLine_getsOneAnswerInOrder();
     void brokenLines_areRefusedAndHarmless_data();
     void brokenLines_areRefusedAndHarmless();
+    void keyThatStandsTwice_isNamed();
     void lineInPieces_isPutTogether();
     void tooLongLine_dropsItsClientOnly();
     void endlessLine_dropsItsClient();
@@ -119,6 +120,17 @@ void TstControlServer::brokenLines_areRefusedAndHarmless()
     const QJsonObject answer = bench.ask(line);
     QCOMPARE(answer.value(QLatin1String("ok")), QJsonValue(false));
     QVERIFY(!answer.value(QLatin1String("error")).toString().isEmpty());
+    QVERIFY(bench.commands.isEmpty());
+    QCOMPARE(bench.ask("{\"command\": \"a\"}\n"), Obeyed);
+}
+
+void TstControlServer::keyThatStandsTwice_isNamed()
+{
+    Bench bench;
+    const QJsonObject answer = bench.ask("{\"command\": \"a\", \"tag\": {}, \"t\\u0061g\": {}}\n");
+    QCOMPARE(answer,
+             simulator::refusal(
+                 QStringLiteral("the key \"tag\" stands twice in its object, again after 28 bytes")));
     QVERIFY(bench.commands.isEmpty());
     QCOMPARE(bench.ask("{\"command\": \"a\"}\n"), Obeyed);
 }

@@ -88,6 +88,10 @@ void TstScenario::mistake_namesFileKeyAndExpectation_data()
     row("", "line 1: illegal value");
     row("{\n\"seed\": 1,\n}", "line 3: object is missing after a comma");
     row("[]", "expected a JSON object");
+    row("{\"seed\": 1,\n\"sample\": {},\n\"sample\": {}}",
+        "line 3: the key \"sample\" stands twice in its object");
+    row("{\"two\\nlines\": 1, \"two\\nlines\": 1}",
+        "line 1: the key \"two\\u000alines\" stands twice in its object");
     row(R"({"colour": 1})",
         "colour: unknown key; expected description, steps or a command that sets something");
     row(R"({"two\nlines": 1})",
