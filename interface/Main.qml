@@ -39,6 +39,7 @@ ApplicationWindow {
 
     StatusBar {
         id: statusBar
+        waiting: controller.waitingForGo || !pin.accepted
         width: parent.width
     }
     Banners {

@@ -11,6 +11,10 @@ Dialog {
     required property string question
     // A second way to go on, when there is one.
     property string other
+    // Yes destroys something.
+    property bool dangerous: false
+    // Yes and the other answer are as good as each other.
+    property bool even: false
     property string yes: qsTr("Confirmer")
     property string no: qsTr("Annuler")
 
@@ -47,11 +51,13 @@ Dialog {
                 width: parent.width
                 text: dialog.question
             }
-            Button {
+            SignButton {
                 objectName: "yes"
                 width: parent.width
                 text: dialog.yes
-                highlighted: true
+                sign: dialog.dangerous ? "bin" : ""
+                highlighted: !dialog.dangerous && !dialog.even
+                danger: dialog.dangerous
                 onClicked: dialog.accept()
             }
             Button {

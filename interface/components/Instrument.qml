@@ -96,6 +96,11 @@ Item {
         measureMode = controller.measureMode;
     }
 
+    // What the configuration calls it; anything else is automatic.
+    function modeOf(name) {
+        return name === "gachette" ? MeasureModeEnumClass.TRIGGER
+            : name === "defini" ? MeasureModeEnumClass.DEFINED : MeasureModeEnumClass.AUTO;
+    }
     function forgetShot() {
         finished = false;
         lost = false;

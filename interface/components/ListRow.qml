@@ -36,7 +36,7 @@ AbstractButton {
 
     background: Rectangle {
         radius: Theme.radius
-        color: row.down ? Theme.surfacePressed : Theme.surface
+        color: !row.enabled ? "transparent" : row.down ? Theme.surfacePressed : Theme.surface
         border {
             width: row.activeFocus ? 3 : 1
             color: row.activeFocus ? Theme.focus : Theme.outline
@@ -76,7 +76,7 @@ AbstractButton {
                 visible: !image.visible && mark.width > 0
                 name: row.sign !== "" ? row.sign : "picture"
                 size: 28
-                color: row.signColor
+                color: row.enabled ? row.signColor : Theme.disabledInk
             }
         }
         Column {
@@ -90,7 +90,7 @@ AbstractButton {
             Text {
                 width: parent.width
                 text: row.heading
-                color: Theme.text
+                color: row.enabled ? Theme.text : Theme.disabledInk
                 font { pixelSize: Theme.fontNormal; weight: Font.DemiBold }
                 maximumLineCount: 2
                 wrapMode: Text.Wrap
@@ -101,7 +101,7 @@ AbstractButton {
                 width: parent.width
                 visible: text !== ""
                 text: row.detail
-                color: Theme.textSecondary
+                color: row.enabled ? Theme.textSecondary : Theme.disabledInk
                 font.pixelSize: Theme.fontSmall
                 maximumLineCount: 2
                 wrapMode: Text.Wrap

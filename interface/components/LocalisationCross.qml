@@ -11,7 +11,7 @@ Item {
 
     property int value: LocalisationEnumClass.NOT_DETERMINED
     readonly property int cellWidth: 84
-    readonly property int cellHeight: 60
+    readonly property int cellHeight: 56
 
     signal chosen(int localisation)
 

@@ -13,22 +13,23 @@ Item {
     property color tint: Theme.neutral
     property real threshold: Words.threshold
     property real precision: 0 // a band around the threshold, for a reference value
+    property real atLeast: 0 // what others on the same scale need
     // What the full width stands for: the threshold in the left half, unless the value needs more.
     readonly property real full: {
-        var need = Math.max(2.5 * threshold, concentration + 1.5 * sigma);
+        var need = Math.max(2.5 * threshold, concentration + 1.5 * sigma, atLeast);
         return need <= 2.5 * threshold ? need : Math.ceil(need);
     }
     readonly property real unit: width / full
     readonly property real drawn: Math.max(0, concentration)
 
-    implicitHeight: 48
+    implicitHeight: track.y + track.height + 21
     Accessible.role: Accessible.Graphic
     Accessible.name: qsTr("%1 plus ou moins %2, seuil %3").arg(Words.concentration(concentration))
         .arg(Words.concentration(sigma)).arg(Words.number(threshold, 1))
 
     Rectangle {
         id: track
-        y: 6
+        y: 4
         width: parent.width
         height: 18
         radius: 4
@@ -96,18 +97,18 @@ Item {
     Rectangle {
         x: Math.round(bar.threshold * bar.unit) - 3
         width: 7
-        height: track.height + 12
+        height: track.height + 2 * track.y
         color: Theme.surface
     }
     Rectangle {
         x: Math.round(bar.threshold * bar.unit) - 1
         width: 3
-        height: track.height + 12
+        height: track.height + 2 * track.y
         color: Theme.text
     }
     Text {
         x: Math.max(0, Math.min(bar.width - width, bar.threshold * bar.unit - width / 2))
-        y: track.y + track.height + 6
+        y: track.y + track.height + 4
         text: bar.precision > 0 ? qsTr("référence %1 ± %2").arg(Words.concentration(bar.threshold))
                                     .arg(Words.concentration(bar.precision))
                                 : qsTr("seuil %1").arg(Words.number(bar.threshold, 1))
@@ -116,7 +117,7 @@ Item {
     }
     Text {
         anchors { right: parent.right }
-        y: track.y + track.height + 6
+        y: track.y + track.height + 4
         visible: bar.width > 260 && bar.threshold * bar.unit < bar.width * 0.7
         text: qsTr("%1 mg/cm²").arg(Words.number(bar.full, 1))
         color: Theme.textSecondary

@@ -12,6 +12,7 @@ Item {
     property real sigma: 0
     property int decision: 0
     property string note
+    property real scale: 0 // of the bars beside which it stands, mg/cm²
     // The measure that runs: nothing of it is final.
     property bool live: false
     // It ended before its end: what it shows is no result.
@@ -36,7 +37,8 @@ Item {
     }
     Row {
         id: value
-        anchors.top: headingText.bottom
+        // The figures stand in the middle of a higher line.
+        anchors { top: headingText.bottom; topMargin: -2 }
         spacing: 6
         Text {
             text: face.empty ? (face.live ? "…" : "–") : Words.concentration(face.concentration)
@@ -73,9 +75,10 @@ Item {
     }
     MeasureBar {
         id: drawing
-        anchors { top: noteText.bottom; topMargin: 2; left: parent.left; right: parent.right }
+        anchors { top: noteText.bottom; left: parent.left; right: parent.right }
         concentration: face.concentration
         sigma: face.sigma
+        atLeast: face.scale
         tint: face.interrupted ? Theme.neutral : Words.decisionColor(face.decision)
     }
     Rectangle {

@@ -11,7 +11,8 @@ Button {
     required property string sign
 
     contentItem: Item {
-        implicitWidth: 24 + Theme.spacing + words.implicitWidth
+        readonly property real before: control.sign === "" ? 0 : 24 + Theme.spacing
+        implicitWidth: before + words.implicitWidth
         implicitHeight: Math.max(words.implicitHeight, 24)
 
         Row {
@@ -21,13 +22,14 @@ Button {
 
             Icon {
                 anchors.verticalCenter: parent.verticalCenter
+                visible: control.sign !== ""
                 name: control.sign
                 color: control.ink
             }
             Text {
                 id: words
                 anchors.verticalCenter: parent.verticalCenter
-                width: Math.min(implicitWidth, control.availableWidth - 24 - Theme.spacing)
+                width: Math.min(implicitWidth, control.availableWidth - row.parent.before)
                 text: control.text
                 font: control.font
                 color: control.ink

@@ -12,6 +12,10 @@ Rectangle {
     readonly property bool wide: width >= 720
     property bool wifi: true // on from start-up
     property int lightLeft: 0
+    // Nobody can measure yet, ready or not.
+    property bool waiting: false
+    readonly property bool ready: error.readyForAcquisition
+    readonly property color readyColor: !ready ? Theme.undecided : waiting ? Theme.neutral : Theme.negative
 
     implicitHeight: Theme.touch + (wide ? 0 : 28)
     color: Theme.surface
@@ -87,15 +91,15 @@ Rectangle {
                 spacing: 6
                 Icon {
                     anchors.verticalCenter: parent.verticalCenter
-                    name: error.readyForAcquisition ? "check" : "warning"
-                    color: error.readyForAcquisition ? Theme.negative : Theme.undecided
+                    name: !bar.ready ? "warning" : bar.waiting ? "wait" : "check"
+                    color: bar.readyColor
                 }
                 Column {
                     anchors.verticalCenter: parent.verticalCenter
                     Text {
                         id: readyWord
-                        text: error.readyForAcquisition ? qsTr("Prêt") : qsTr("Pas prêt")
-                        color: error.readyForAcquisition ? Theme.negative : Theme.undecided
+                        text: !bar.ready ? qsTr("Pas prêt") : bar.waiting ? qsTr("En attente") : qsTr("Prêt")
+                        color: bar.readyColor
                         font { pixelSize: Theme.fontSmall; weight: Font.DemiBold }
                     }
                     Text {
@@ -127,13 +131,13 @@ Rectangle {
             id: wifiButton
             objectName: "wifiButton"
             sign: "wifi"
-            text: bar.wifi ? qsTr("Wi-Fi allumé : éteindre") : qsTr("Wi-Fi éteint : allumer")
+            text: bar.wifi ? qsTr("Wi-Fi activé : désactiver") : qsTr("Wi-Fi désactivé : activer")
             checked: bar.wifi
             enabled: pin.accepted
             onClicked: {
                 bar.wifi = !bar.wifi;
                 controller.switchWifi(bar.wifi);
-                Nav.say(bar.wifi ? qsTr("Wi-Fi allumé") : qsTr("Wi-Fi éteint"));
+                Nav.say(bar.wifi ? qsTr("Wi-Fi activé") : qsTr("Wi-Fi désactivé"));
             }
             Rectangle {
                 anchors.centerIn: parent

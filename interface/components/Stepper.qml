@@ -83,7 +83,8 @@ Rectangle {
         Text {
             anchors.verticalCenter: parent.verticalCenter
             // Kept free without a unit as well: the fields of several stand in one line.
-            width: Theme.spacing
+            width: 16
+            leftPadding: 4
             text: stepper.unit
             color: Theme.text
             font.pixelSize: Theme.fontNormal

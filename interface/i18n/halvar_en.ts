@@ -286,10 +286,6 @@
         <translation>Open what can be read</translation>
     </message>
     <message>
-        <source>Supprimer le diagnostic</source>
-        <translation>Delete the diagnostic</translation>
-    </message>
-    <message>
         <source>«&#xa0;%1&#xa0;» sera effacé de l&apos;instrument. Il ne pourra pas être retrouvé.</source>
         <translation>“%1” will be erased from the instrument. It cannot be brought back.</translation>
     </message>
@@ -324,6 +320,10 @@
         <source>Supprimer «&#xa0;%1&#xa0;»</source>
         <translation>Delete “%1”</translation>
     </message>
+    <message>
+        <source>Supprimer le diagnostic&#xa0;?</source>
+        <translation>Delete the diagnostic?</translation>
+    </message>
 </context>
 <context>
     <name>DirectScreen</name>
@@ -346,6 +346,10 @@
     <message>
         <source>Les mesures directes ne sont dans aucun fichier&#xa0;: elles seront perdues.</source>
         <translation>Direct measurements are in no file: they will be lost.</translation>
+    </message>
+    <message>
+        <source>Vider la liste&#xa0;?</source>
+        <translation>Empty the list?</translation>
     </message>
 </context>
 <context>
@@ -461,15 +465,6 @@
         <translation>Log</translation>
     </message>
     <message>
-        <source>à partir de %1</source>
-        <comment>a level of the log</comment>
-        <translation>from %1 on</translation>
-    </message>
-    <message>
-        <source>rien</source>
-        <translation>nothing</translation>
-    </message>
-    <message>
         <source>Lignes qui contiennent…</source>
         <translation>Lines that contain…</translation>
     </message>
@@ -484,6 +479,15 @@
     <message>
         <source>Journal plus détaillé</source>
         <translation>More detailed log</translation>
+    </message>
+    <message>
+        <source>Niveau&#xa0;: %1</source>
+        <comment>of the log</comment>
+        <translation>Level: %1</translation>
+    </message>
+    <message>
+        <source>aucun</source>
+        <translation>none</translation>
     </message>
 </context>
 <context>
@@ -737,6 +741,10 @@
         <comment>positive units of a room</comment>
         <translation>%1 pos.</translation>
     </message>
+    <message>
+        <source>terminé</source>
+        <translation>done</translation>
+    </message>
 </context>
 <context>
     <name>Screen</name>
@@ -812,28 +820,8 @@
         <translation>End of a measurement at start-up</translation>
     </message>
     <message>
-        <source>Durée et nombre de mesures</source>
-        <translation>Time and number of measurements</translation>
-    </message>
-    <message>
-        <source>%1 s, %2</source>
-        <translation>%1 s, %2</translation>
-    </message>
-    <message>
         <source>Attente avant mesure</source>
         <translation>Wait before a measurement</translation>
-    </message>
-    <message>
-        <source>%1 ms</source>
-        <translation>%1 ms</translation>
-    </message>
-    <message>
-        <source>Bip, lampe</source>
-        <translation>Beep, light</translation>
-    </message>
-    <message>
-        <source>%1 s, %2 s</source>
-        <translation>%1 s, %2 s</translation>
     </message>
     <message>
         <source>Durée maximale d&apos;une erreur</source>
@@ -866,10 +854,6 @@
     <message>
         <source>Effacer les fichiers de mesure</source>
         <translation>Erase the measurement files</translation>
-    </message>
-    <message>
-        <source>Tous les diagnostics, l&apos;historique des chocs et les journaux de l&apos;instrument seront effacés.</source>
-        <translation>All diagnostics, the history of shocks and the logs of the instrument will be erased.</translation>
     </message>
     <message>
         <source>Tout effacer</source>
@@ -920,6 +904,34 @@
             <numerusform>%n month</numerusform>
             <numerusform>%n months</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>Éteindre&#xa0;?</source>
+        <translation>Shut down?</translation>
+    </message>
+    <message>
+        <source>Effacer les fichiers de mesure&#xa0;?</source>
+        <translation>Erase the measurement files?</translation>
+    </message>
+    <message>
+        <source>Tous les diagnostics et les journaux de l&apos;instrument seront effacés, et au prochain démarrage l&apos;historique des chocs.</source>
+        <translation>All diagnostics and the logs of the instrument will be erased, and the history of shocks at the next start.</translation>
+    </message>
+    <message>
+        <source>Durée d&apos;une mesure</source>
+        <translation>Length of a measurement</translation>
+    </message>
+    <message>
+        <source>Mesures négatives demandées</source>
+        <translation>Negative measurements asked for</translation>
+    </message>
+    <message>
+        <source>Bip</source>
+        <translation>Beep</translation>
+    </message>
+    <message>
+        <source>Lampe</source>
+        <translation>Light</translation>
     </message>
 </context>
 <context>
@@ -1137,22 +1149,6 @@
         <translation>History of shocks</translation>
     </message>
     <message>
-        <source>Wi-Fi allumé&#xa0;: éteindre</source>
-        <translation>Wi-Fi on: switch off</translation>
-    </message>
-    <message>
-        <source>Wi-Fi éteint&#xa0;: allumer</source>
-        <translation>Wi-Fi off: switch on</translation>
-    </message>
-    <message>
-        <source>Wi-Fi allumé</source>
-        <translation>Wi-Fi on</translation>
-    </message>
-    <message>
-        <source>Wi-Fi éteint</source>
-        <translation>Wi-Fi off</translation>
-    </message>
-    <message>
         <source>Lampe allumée&#xa0;: éteindre</source>
         <translation>Light on: switch off</translation>
     </message>
@@ -1174,6 +1170,26 @@
             <numerusform>Source expired %n day ago</numerusform>
             <numerusform>Source expired %n days ago</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>En attente</source>
+        <translation>Waiting</translation>
+    </message>
+    <message>
+        <source>Wi-Fi activé&#xa0;: désactiver</source>
+        <translation>Wi-Fi on: switch off</translation>
+    </message>
+    <message>
+        <source>Wi-Fi désactivé&#xa0;: activer</source>
+        <translation>Wi-Fi off: switch on</translation>
+    </message>
+    <message>
+        <source>Wi-Fi activé</source>
+        <translation>Wi-Fi on</translation>
+    </message>
+    <message>
+        <source>Wi-Fi désactivé</source>
+        <translation>Wi-Fi off</translation>
     </message>
 </context>
 <context>
@@ -1249,10 +1265,6 @@
         </translation>
     </message>
     <message>
-        <source>Non mesurée</source>
-        <translation>Not measured</translation>
-    </message>
-    <message>
         <source>Supprimer l&apos;unité</source>
         <translation>Delete the unit</translation>
     </message>
@@ -1299,6 +1311,30 @@
     <message>
         <source>Lettre suivante</source>
         <translation>Letter after</translation>
+    </message>
+    <message>
+        <source>rien de noté</source>
+        <translation>nothing noted</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n négative(s) sur %1</source>
+        <comment>of the ones asked for</comment>
+        <translation>
+            <numerusform>%n negative of %1</numerusform>
+            <numerusform>%n negative of %1</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Ne pas mesurer</source>
+        <translation>Do not measure</translation>
+    </message>
+    <message>
+        <source>Supprimer l&apos;unité&#xa0;?</source>
+        <translation>Delete the unit?</translation>
+    </message>
+    <message>
+        <source>Mesurer</source>
+        <translation>Measure</translation>
     </message>
 </context>
 <context>

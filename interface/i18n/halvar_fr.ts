@@ -87,6 +87,14 @@
             <numerusform>%n mesures, la dernière en bas</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>%n négative(s) sur %1</source>
+        <comment>of the ones asked for</comment>
+        <translation>
+            <numerusform>%n négative sur %1</numerusform>
+            <numerusform>%n négatives sur %1</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>UnitsScreen</name>

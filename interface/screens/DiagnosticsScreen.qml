@@ -48,7 +48,8 @@ Screen {
         id: removeDialog
         property string path
         property string name
-        title: qsTr("Supprimer le diagnostic")
+        title: qsTr("Supprimer le diagnostic ?")
+        dangerous: true
         question: qsTr("« %1 » sera effacé de l'instrument. Il ne pourra pas être retrouvé.").arg(name)
         yes: qsTr("Supprimer")
         onAccepted: {

@@ -31,7 +31,8 @@ MeasuringScreen {
 
     ConfirmDialog {
         id: clearDialog
-        title: qsTr("Vider la liste")
+        title: qsTr("Vider la liste ?")
+        dangerous: true
         question: qsTr("Les mesures directes ne sont dans aucun fichier : elles seront perdues.")
         yes: qsTr("Vider la liste")
         onAccepted: directMeasures.clear()
@@ -39,6 +40,10 @@ MeasuringScreen {
 
     onShown: Instrument.measureDirect()
     onHidden: Instrument.standby()
+    BarScale {
+        id: barScale
+        list: directMeasures
+    }
     ShotPanel {
         id: panel
         x: Theme.margin
@@ -58,6 +63,7 @@ MeasuringScreen {
             required property int index
             width: list.width - 2 * Theme.margin
             number: list.count - entry.index
+            scale: barScale.full
             live: Instrument.shooting && entry.index === 0 && Instrument.measure !== null
         }
     }

@@ -56,8 +56,8 @@ Screen {
                     required property var modelData
                     objectName: "tile_" + tile.modelData.name
                     width: (grid.width - (grid.columns - 1) * grid.spacing) / grid.columns
-                    height: Math.max(104, Math.min(180, (sheet.height - 2 * Theme.spacing
-                        - (opened.visible ? opened.height + Theme.spacing : 0)) / grid.lines - grid.spacing))
+                    height: Math.max(98, Math.min(200, (sheet.height - Theme.spacingSmall - Theme.margin
+                        - (opened.visible ? opened.height + Theme.spacing : 0) + grid.spacing) / grid.lines - grid.spacing))
                     text: tile.modelData.text
                     onClicked: Nav.open(tile.modelData.screen)
 

@@ -13,7 +13,6 @@ Screen {
     readonly property var levels: ["TRACE", "DEBUG", "INFO", "WARN", "ERROR", "FATAL"]
 
     title: qsTr("Journal")
-    subtitle: qsTr("à partir de %1", "a level of the log").arg(levels[logLines.level] || qsTr("rien"))
     actions: [
         IconButton {
             objectName: "lessLog"
@@ -21,6 +20,11 @@ Screen {
             text: qsTr("Journal moins détaillé")
             enabled: logLines.level < screen.levels.length - 1
             onClicked: ++logLines.level
+        },
+        Body {
+            height: Theme.touch
+            verticalAlignment: Text.AlignVCenter
+            text: qsTr("Niveau : %1", "of the log").arg(screen.levels[logLines.level] || qsTr("aucun"))
         },
         IconButton {
             objectName: "moreLog"

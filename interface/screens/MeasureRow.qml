@@ -12,6 +12,7 @@ AbstractButton {
 
     required property int number
     property bool live: false
+    property real scale: 0
     readonly property bool interrupted: Instrument.interrupted.indexOf(qtObject) >= 0
     required property QtObject qtObject
     required property int idNAP
@@ -33,7 +34,7 @@ AbstractButton {
     }
 
     objectName: "measure" + number
-    implicitHeight: face.implicitHeight + 2 * Theme.spacing
+    implicitHeight: face.implicitHeight + 2 * face.y
     focusPolicy: Qt.StrongFocus
     Accessible.role: Accessible.ListItem
     Accessible.name: face.Accessible.name + (noted === "" ? "" : ", " + noted)
@@ -59,7 +60,7 @@ AbstractButton {
     MeasureFace {
         id: face
         x: Theme.margin
-        y: Theme.spacing
+        y: 8
         width: row.width - 2 * Theme.margin
         heading: {
             var name = row.idNAP >= 0 && !row.interrupted ? qsTr("Mesure %1 · tir n° %2").arg(row.number).arg(row.idNAP)
@@ -71,6 +72,7 @@ AbstractButton {
         decision: row.detectionDecision
         note: row.noted
         live: row.live
+        scale: row.scale
         interrupted: row.interrupted
     }
 }

@@ -87,7 +87,12 @@ Screen {
         emptyText: screen.wanted === "" ? qsTr("Cette liste est vide.") : qsTr("Rien ne correspond à « %1 ».").arg(screen.wanted)
         currentIndex: proxy.findCurrentIndex(screen.current)
         Accessible.name: screen.title
-        onCountChanged: positionViewAtIndex(Math.max(0, currentIndex), ListView.Contain)
+        onCountChanged: {
+            if (currentIndex > 0)
+                positionViewAtIndex(currentIndex, ListView.Contain);
+            else
+                positionViewAtBeginning();
+        }
 
         header: Column {
             width: list.width - 2 * Theme.margin
@@ -129,16 +134,17 @@ Screen {
             width: list.width - 2 * Theme.margin
             chevron: false
             picture: entry.image
-            sign: entry.image === "" ? "edit" : "picture"
+            readonly property bool chosen: entry.title === screen.current
+            sign: entry.image !== "" ? "picture" : chosen ? "chosen" : "open"
             heading: entry.title
             detail: entry.original ? "" : qsTr("ajouté sur l'instrument")
             onClicked: screen.pick(entry.title)
 
             Icon {
-                visible: entry.title === screen.current
-                name: "check"
-                size: 26
-                color: Theme.negative
+                visible: entry.chosen && entry.image !== ""
+                name: "chosen"
+                size: 28
+                color: Theme.primary
             }
         }
     }

@@ -51,9 +51,7 @@ Screen {
         if (!sum)
             return "";
         var text = qsTr("%n unité(s)", "", sum.units);
-        if (sum.open > 0)
-            text += " · " + qsTr("%1 à mesurer").arg(sum.open);
-        return text;
+        return text + " · " + (sum.open > 0 ? qsTr("%1 à mesurer").arg(sum.open) : qsTr("terminé"));
     }
     onShown: {
         screen.count();

@@ -55,7 +55,7 @@ Screen {
 
     ConfirmDialog {
         id: shutdownDialog
-        title: qsTr("Éteindre")
+        title: qsTr("Éteindre ?")
         question: controller.fileName === "" ? qsTr("Éteindre l'instrument ?")
                                              : qsTr("« %1 » est enregistré, puis l'instrument s'éteint.").arg(controller.fileName)
         yes: qsTr("Éteindre")
@@ -64,8 +64,10 @@ Screen {
     UnsavedDialog { id: unsavedDialog }
     ConfirmDialog {
         id: removeDialog
-        title: qsTr("Effacer les fichiers de mesure")
-        question: qsTr("Tous les diagnostics, l'historique des chocs et les journaux de l'instrument seront effacés.")
+        title: qsTr("Effacer les fichiers de mesure ?")
+        dangerous: true
+        // The history that is in memory stays.
+        question: qsTr("Tous les diagnostics et les journaux de l'instrument seront effacés, et au prochain démarrage l'historique des chocs.")
         yes: qsTr("Tout effacer")
         onAccepted: {
             controller.initFile();
@@ -80,80 +82,95 @@ Screen {
     Sheet {
         anchors.fill: parent
 
-        Card {
+        Grid {
+            id: page
             width: parent.width
-            spacing: 4
-            // The configuration and the library's version are read before the first screen, and stay.
-            Fact { width: parent.width; name: qsTr("Numéro de série"); value: config.getSN_Analyzer() }
-            Fact { width: parent.width; name: qsTr("Numéro ASN"); value: config.getN_ASN() }
-            Fact { width: parent.width; name: qsTr("Numéro VISA"); value: config.getN_VISA() }
-            Fact { width: parent.width; name: qsTr("Bibliothèque"); value: controller.getLibControllerVersion() }
-            Fact { width: parent.width; name: qsTr("MSP, micrologiciel"); value: screen.mspFirmware }
-            Fact { width: parent.width; name: qsTr("MSP, serveur"); value: screen.mspServer }
-            Fact { width: parent.width; name: qsTr("Lambrik"); value: config.VersionLambrik() }
-            Fact { width: parent.width; name: qsTr("Marten"); value: config.VersionMarten() }
-            Fact { width: parent.width; name: qsTr("Application SAV"); value: config.VersionAppSAV() }
-            Fact { width: parent.width; name: qsTr("Fichier de configuration"); value: config.VersionXMLFile() }
-            Fact { width: parent.width; name: qsTr("Fin de la source"); value: Qt.formatDate(config.DateEndSource(), "dd-MM-yyyy") }
-            Fact { width: parent.width; name: qsTr("Alerte avant la fin"); value: qsTr("%n mois", "", config.Remaining_Time_Before_EndSource()) }
-            Fact { width: parent.width; name: qsTr("Dernier calibrage"); value: controller.lastCalibrationDate }
-            Fact { width: parent.width; name: qsTr("Fin de mesure à l'allumage"); value: config.Type_End_Measure() }
-            Fact { width: parent.width; name: qsTr("Durée et nombre de mesures"); value: qsTr("%1 s, %2").arg(config.Time_Measure()).arg(config.Nbr_Measure()) }
-            Fact { width: parent.width; name: qsTr("Attente avant mesure"); value: qsTr("%1 ms").arg(config.Time_Before_Open_Shutter()) }
-            Fact { width: parent.width; name: qsTr("Bip, lampe"); value: qsTr("%1 s, %2 s").arg(config.Beep_Time()).arg(config.Led_Light_Off()) }
-            Fact { width: parent.width; name: qsTr("Durée maximale d'une erreur"); value: qsTr("%1 s").arg(config.Maxtime_Error_Status()) }
-            Fact { width: parent.width; name: qsTr("Répertoire"); value: screen.home }
-        }
-        ListRow {
-            objectName: "wifiPassword"
-            width: parent.width
-            sign: "wifi"
-            chevron: false
-            heading: qsTr("Mot de passe du Wi-Fi")
-            detail: screen.showWifi ? config.getWifiPassword() : qsTr("toucher pour l'afficher")
-            onClicked: screen.showWifi = !screen.showWifi
-        }
-        ListRow {
-            objectName: "log"
-            width: parent.width
-            sign: "document"
-            heading: qsTr("Journal")
-            detail: qsTr("ce que l'instrument note, ligne par ligne")
-            onClicked: Nav.open("LogScreen")
-        }
-        Card {
-            width: parent.width
-            Caption { text: qsTr("Fichier d'information") }
-            Body {
-                objectName: "information"
-                width: parent.width
-                text: screen.information
-                font { family: "monospace"; pixelSize: Theme.fontSmall }
-                wrapMode: Text.WrapAnywhere
+            columns: screen.wide ? 2 : 1
+            spacing: Theme.spacing
+            readonly property real column: (width - (columns - 1) * spacing) / columns
+
+            Card {
+                width: page.column
+                spacing: 4
+                // The configuration and the library's version are read before the first screen, and stay.
+                Fact { width: parent.width; name: qsTr("Numéro de série"); value: config.getSN_Analyzer() }
+                Fact { width: parent.width; name: qsTr("Numéro ASN"); value: config.getN_ASN() }
+                Fact { width: parent.width; name: qsTr("Numéro VISA"); value: config.getN_VISA() }
+                Fact { width: parent.width; name: qsTr("Bibliothèque"); value: controller.getLibControllerVersion() }
+                Fact { width: parent.width; name: qsTr("MSP, micrologiciel"); value: screen.mspFirmware }
+                Fact { width: parent.width; name: qsTr("MSP, serveur"); value: screen.mspServer }
+                Fact { width: parent.width; name: qsTr("Lambrik"); value: config.VersionLambrik() }
+                Fact { width: parent.width; name: qsTr("Marten"); value: config.VersionMarten() }
+                Fact { width: parent.width; name: qsTr("Application SAV"); value: config.VersionAppSAV() }
+                Fact { width: parent.width; name: qsTr("Fichier de configuration"); value: config.VersionXMLFile() }
+                Fact { width: parent.width; name: qsTr("Fin de la source"); value: Qt.formatDate(config.DateEndSource(), "dd-MM-yyyy") }
+                Fact { width: parent.width; name: qsTr("Alerte avant la fin"); value: qsTr("%n mois", "", config.Remaining_Time_Before_EndSource()) }
+                Fact { width: parent.width; name: qsTr("Dernier calibrage"); value: controller.lastCalibrationDate }
+                Fact { width: parent.width; name: qsTr("Fin de mesure à l'allumage"); value: Words.measureMode(Instrument.modeOf(config.Type_End_Measure())) }
+                Fact { width: parent.width; name: qsTr("Durée d'une mesure"); value: qsTr("%1 s").arg(config.Time_Measure()) }
+                Fact { width: parent.width; name: qsTr("Mesures négatives demandées"); value: config.Nbr_Measure() }
+                Fact { width: parent.width; name: qsTr("Attente avant mesure"); value: qsTr("%1 s").arg(Words.number(config.Time_Before_Open_Shutter() / 1000, 1)) }
+                Fact { width: parent.width; name: qsTr("Bip"); value: qsTr("%1 s").arg(config.Beep_Time()) }
+                Fact { width: parent.width; name: qsTr("Lampe"); value: qsTr("%1 s").arg(config.Led_Light_Off()) }
+                Fact { width: parent.width; name: qsTr("Durée maximale d'une erreur"); value: qsTr("%1 s").arg(config.Maxtime_Error_Status()) }
+                Fact { width: parent.width; name: qsTr("Répertoire"); value: screen.home }
             }
-        }
-        SignButton {
-            objectName: "refresh"
-            width: parent.width
-            sign: "refresh"
-            text: qsTr("Interroger l'instrument")
-            enabled: !Instrument.busy
-            onClicked: screen.refresh()
-        }
-        SignButton {
-            objectName: "removeMeasureFiles"
-            width: parent.width
-            sign: "bin"
-            text: qsTr("Effacer les fichiers de mesure")
-            enabled: !Instrument.busy
-            onClicked: removeDialog.open()
-        }
-        SignButton {
-            objectName: "shutdown"
-            width: parent.width
-            sign: "power"
-            text: qsTr("Éteindre l'instrument")
-            onClicked: shutdownDialog.open()
+            Column {
+                width: page.column
+                spacing: Theme.spacing
+
+                ListRow {
+                    objectName: "wifiPassword"
+                    width: parent.width
+                    sign: "wifi"
+                    chevron: false
+                    heading: qsTr("Mot de passe du Wi-Fi")
+                    detail: screen.showWifi ? config.getWifiPassword() : qsTr("toucher pour l'afficher")
+                    onClicked: screen.showWifi = !screen.showWifi
+                }
+                ListRow {
+                    objectName: "log"
+                    width: parent.width
+                    sign: "document"
+                    heading: qsTr("Journal")
+                    detail: qsTr("ce que l'instrument note, ligne par ligne")
+                    onClicked: Nav.open("LogScreen")
+                }
+                Card {
+                    width: parent.width
+                    Caption { text: qsTr("Fichier d'information") }
+                    Body {
+                        objectName: "information"
+                        width: parent.width
+                        text: screen.information
+                        font { family: "monospace"; pixelSize: Theme.fontSmall }
+                        wrapMode: Text.WrapAnywhere
+                    }
+                }
+                SignButton {
+                    objectName: "refresh"
+                    width: parent.width
+                    sign: "refresh"
+                    text: qsTr("Interroger l'instrument")
+                    enabled: !Instrument.busy
+                    onClicked: screen.refresh()
+                }
+                SignButton {
+                    objectName: "removeMeasureFiles"
+                    width: parent.width
+                    sign: "bin"
+                    text: qsTr("Effacer les fichiers de mesure")
+                    enabled: !Instrument.busy
+                    onClicked: removeDialog.open()
+                }
+                SignButton {
+                    objectName: "shutdown"
+                    width: parent.width
+                    sign: "power"
+                    text: qsTr("Éteindre l'instrument")
+                    onClicked: shutdownDialog.open()
+                }
+            }
         }
     }
 }

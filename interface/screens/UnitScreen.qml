@@ -14,6 +14,19 @@ MeasuringScreen {
     property bool fresh: false
     property QtObject unit: uds.get(row)
     readonly property int statut: unit ? unit.statut : UDStatutEnumClass.RAW
+    // Of its measures, when none of them runs.
+    property int negatives: 0
+    function count() {
+        negatives = 0;
+        for (var i = 0; unit && i < unit.measures.count; ++i) {
+            if (unit.measures.get(i).detectionDecision === DetectionDecisionEnumClass.NEGATIVE)
+                ++negatives;
+        }
+    }
+    Connections {
+        target: Instrument
+        function onShotEnded() { screen.count(); }
+    }
 
     title: {
         if (!unit)
@@ -72,6 +85,7 @@ MeasuringScreen {
     onShown: {
         controller.editionMode = !screen.fresh;
         Instrument.measureUnit(screen.row);
+        screen.count();
         // What was noted on another screen may have made the last measure higher.
         if (list.count > 0)
             Qt.callLater(list.showLast);
@@ -161,7 +175,8 @@ MeasuringScreen {
             TextField {
                 objectName: "observation"
                 width: parent.width
-                placeholderText: qsTr("Observation")
+                leftPadding: observationCaption.x + observationCaption.width + Theme.spacing
+                placeholderText: qsTr("rien de noté")
                 text: screen.unit ? screen.unit.observation : ""
                 Accessible.name: qsTr("Observation")
                 onEditingFinished: {
@@ -170,6 +185,15 @@ MeasuringScreen {
                     screen.unit.observation = text;
                     // Also when the screen is left from the field, which is after it was saved.
                     Instrument.save();
+                }
+
+                Body {
+                    id: observationCaption
+                    anchors.verticalCenter: parent.verticalCenter
+                    x: Theme.margin
+                    text: qsTr("Observation")
+                    color: Theme.textSecondary
+                    font.pixelSize: Theme.fontSmall
                 }
             }
         }
@@ -196,6 +220,10 @@ MeasuringScreen {
             }
         }
     }
+    BarScale {
+        id: barScale
+        list: screen.unit ? screen.unit.measures : null
+    }
     ShotPanel {
         id: panel
         x: left.width + (screen.wide ? 2 : Theme.margin)
@@ -212,9 +240,27 @@ MeasuringScreen {
         Accessible.name: qsTr("Mesures de l'unité")
 
         readonly property real inner: width - leftMargin - rightMargin
+        property Item description // in the list, when there is no place beside it
+        // The end, from the top of a row on: a figure that is cut is read as another one.
         function showLast() {
+            bottomMargin = Theme.margin;
             forceLayout();
             positionViewAtEnd();
+            if (atYBeginning)
+                return;
+            var rows = description ? Array.from(description.children) : [];
+            for (var i = count - 1; i >= 0 && itemAtIndex(i); --i)
+                rows.push(itemAtIndex(i));
+            var top = Infinity;
+            rows.forEach(function(row) {
+                var y = row.mapToItem(contentItem, 0, 0).y - topMargin;
+                if (y > contentY - 1 && y < top)
+                    top = y;
+            });
+            if (top === Infinity)
+                return;
+            bottomMargin += top - contentY;
+            contentY = top;
         }
 
         header: Column {
@@ -227,11 +273,20 @@ MeasuringScreen {
                 active: !screen.wide
                 visible: active
                 sourceComponent: form
+                onItemChanged: list.description = item
             }
             Caption {
                 width: parent.width
-                text: list.count === 0 ? qsTr("Pas encore de mesure.")
-                                       : qsTr("%n mesure(s), la dernière en bas", "", list.count)
+                visible: text !== ""
+                text: {
+                    if (list.count === 0)
+                        return screen.statut === UDStatutEnumClass.SKIPPED ? "" : qsTr("Pas encore de mesure.");
+                    var text = qsTr("%n mesure(s), la dernière en bas", "", list.count);
+                    if (screen.statut === UDStatutEnumClass.RAW && screen.negatives > 0)
+                        text += " · " + qsTr("%n négative(s) sur %1", "of the ones asked for", screen.negatives)
+                            .arg(controller.nbMeasures);
+                    return text;
+                }
             }
         }
         delegate: MeasureRow {
@@ -239,13 +294,15 @@ MeasuringScreen {
             required property int index
             width: list.inner
             number: entry.index + 1
+            scale: barScale.full
             live: Instrument.shooting && Instrument.measure !== null && entry.index === list.count - 1
         }
         // Once the new one has its height.
-        onCountChanged: Qt.callLater(positionViewAtEnd)
-        onHeightChanged: {
+        onCountChanged: Qt.callLater(showNewest)
+        onHeightChanged: Qt.callLater(showNewest)
+        function showNewest() {
             if (count > 0)
-                Qt.callLater(positionViewAtEnd);
+                showLast();
         }
     }
     Item {
@@ -262,15 +319,6 @@ MeasuringScreen {
             readonly property real half: (bottomBar.width - 2 * Theme.margin - 2 * spacing
                                           - removeButton.width) / 2
 
-            SignButton {
-                objectName: "skip"
-                width: parent.half
-                visible: screen.statut === UDStatutEnumClass.RAW
-                enabled: !Instrument.shooting
-                sign: "skip"
-                text: qsTr("Non mesurée")
-                onClicked: skipDialog.open()
-            }
             IconButton {
                 id: removeButton
                 objectName: "removeUnit"
@@ -280,12 +328,23 @@ MeasuringScreen {
                 onClicked: removeDialog.open()
             }
             SignButton {
+                objectName: "skip"
+                width: parent.half
+                visible: screen.statut === UDStatutEnumClass.RAW
+                enabled: !Instrument.shooting
+                leftPadding: Theme.spacingSmall
+                rightPadding: Theme.spacingSmall
+                sign: "skip"
+                text: qsTr("Ne pas mesurer")
+                onClicked: skipDialog.open()
+            }
+            SignButton {
                 objectName: "again"
                 width: parent.half
                 visible: screen.statut !== UDStatutEnumClass.RAW
                 enabled: !Instrument.shooting && !Instrument.armed
                 sign: "refresh"
-                text: qsTr("Remesurer")
+                text: screen.statut === UDStatutEnumClass.SKIPPED ? qsTr("Mesurer") : qsTr("Remesurer")
                 onClicked: {
                     // A unit that was left out is to be measured after all.
                     if (screen.unit.statut === UDStatutEnumClass.SKIPPED)
@@ -306,7 +365,8 @@ MeasuringScreen {
     }
     ConfirmDialog {
         id: skipDialog
-        title: qsTr("Non mesurée")
+        title: qsTr("Ne pas mesurer")
+        even: true
         question: qsTr("Pourquoi cette unité n'est-elle pas mesurée ?")
         yes: qsTr("L'unité ne peut pas être mesurée")
         other: qsTr("Le local n'a pas été visité")
@@ -315,7 +375,8 @@ MeasuringScreen {
     }
     ConfirmDialog {
         id: removeDialog
-        title: qsTr("Supprimer l'unité")
+        title: qsTr("Supprimer l'unité ?")
+        dangerous: true
         question: qsTr("L'unité et ses mesures seront effacées du diagnostic.")
         yes: qsTr("Supprimer")
         onAccepted: {

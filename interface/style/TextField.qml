@@ -17,6 +17,13 @@ T.TextField {
     placeholderTextColor: Theme.textSecondary
     verticalAlignment: TextInput.AlignVCenter
     selectByMouse: true
+    // Whoever does not type wants to read from the beginning.
+    function showBeginning() {
+        if (!activeFocus)
+            cursorPosition = 0;
+    }
+    onActiveFocusChanged: showBeginning()
+    onTextChanged: showBeginning()
 
     Accessible.role: Accessible.EditableText
     Accessible.name: placeholderText

@@ -7,6 +7,8 @@
 #include <QtMath>
 #include <QtTest>
 
+#include <algorithm>
+
 #include <failure.h>
 #include <measure.h>
 #include <measurelistmodel.h>
@@ -50,6 +52,9 @@ private slots:
     void disabledPin_takesNoDigit();
     void languageWithoutATranslation_hasTheFrenchPlurals();
     void unitWithAResult_putsTheTriggerAside();
+    void unitWithSomeNegatives_tellsHowManyAreAskedFor();
+    void newestMeasure_isShownBelowAWholeRow_data();
+    void newestMeasure_isShownBelowAWholeRow();
     void stateOfConservation_isShownWhereverTheMeasureIs();
     void negativeConcentration_hasAMinusSign();
     void serviceFacts_followTheLibrary();
@@ -153,6 +158,67 @@ try {
     QVERIFY(!commands.commands.contains(MSPClient::RUN_HARD));
     showcase.hand->tap(QStringLiteral("Remesurer"));
     QCOMPARE(commands.commands.last(), int(MSPClient::RUN_HARD));
+} catch (const Failure &failure) {
+    QFAIL(qUtf8Printable(failure.text));
+}
+
+void TstInterfaceBehaviour::unitWithSomeNegatives_tellsHowManyAreAskedFor()
+try {
+    Showcase &showcase = *m_showcase;
+    showcase.unlock();
+    QVERIFY(showcase->setProperty("nbMeasures", 3));
+    auto *unit = new UD;
+    for (DetectionDecisionEnumClass::DetectionDecision decision :
+         {DetectionDecisionEnumClass::NEGATIVE, DetectionDecisionEnumClass::NOT_DETERMINED,
+          DetectionDecisionEnumClass::NEGATIVE}) {
+        auto *measure = new Measure;
+        measure->setDetectionDecision(decision);
+        unit->measures()->append(measure);
+    }
+    showcase->uds->append(unit);
+    showcase.open(QStringLiteral("UnitScreen"), {{QStringLiteral("row"), 0}});
+    QTRY_VERIFY(isSaid(showcase.window, QStringLiteral("3 mesures, la dernière en bas · 2 négatives sur 3")));
+} catch (const Failure &failure) {
+    QFAIL(qUtf8Printable(failure.text));
+}
+
+void TstInterfaceBehaviour::newestMeasure_isShownBelowAWholeRow_data()
+{
+    QTest::addColumn<int>("measures");
+    for (const int measures : {1, 2, 3, 12})
+        QTest::addRow("%d", measures) << measures;
+}
+
+void TstInterfaceBehaviour::newestMeasure_isShownBelowAWholeRow()
+try {
+    QFETCH(int, measures);
+    Showcase &showcase = *m_showcase;
+    showcase.unlock();
+    auto *unit = new UD;
+    for (int i = 0; i < measures; ++i)
+        unit->measures()->append(new Measure);
+    showcase->uds->append(unit);
+    showcase.open(QStringLiteral("UnitScreen"), {{QStringLiteral("row"), 0}});
+    showcase.hand->inBothOrientations([&](const QString &appearance) {
+        const auto rectOf = [](const QQuickItem *item) {
+            return item->mapRectToScene(QRectF(0, 0, item->width(), item->height()));
+        };
+        const QRectF frame = rectOf(itemNamed(QStringLiteral("measureList")));
+        const QString newest = QStringLiteral("measure%1").arg(measures);
+        showcase.hand->waitFor(
+            [&] {
+                if (!frame.contains(rectOf(itemNamed(newest))))
+                    return false;
+                // Nothing reaches over the upper edge.
+                const QList<QQuickItem *> items = visibleItems(showcase.window->contentItem());
+                return std::none_of(items.begin(), items.end(), [&](const QQuickItem *item) {
+                    const QRectF rect = rectOf(item);
+                    return isControl(item) && rect.left() >= frame.left() && rect.top() < frame.top()
+                        && rect.bottom() > frame.top();
+                });
+            },
+            QStringLiteral("whole rows are to be shown, %1").arg(appearance));
+    });
 } catch (const Failure &failure) {
     QFAIL(qUtf8Printable(failure.text));
 }

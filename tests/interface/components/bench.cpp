@@ -150,6 +150,13 @@ void Bench::startMeasure()
     QMetaObject::invokeMethod(m_controller.get(), "startMeasure");
 }
 
+void Bench::tellFirst()
+{
+    nap::DetectionResult result;
+    result.set_value(0);
+    m_controller->nap_DetectionResult(result);
+}
+
 void Bench::tellResult(double concentration, double sigma, int decision)
 {
     nap::DetectionResult result;

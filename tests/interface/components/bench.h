@@ -42,6 +42,8 @@ public:
 
     Q_INVOKABLE void openShutter();
     Q_INVOKABLE void startMeasure();
+    /// The first result of a shot, which has no decision: the measure is there.
+    Q_INVOKABLE void tellFirst();
     Q_INVOKABLE void tellResult(double concentration, double sigma, int decision);
     Q_INVOKABLE void tellEnd();
 

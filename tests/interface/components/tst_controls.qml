@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Halvar Controller contributors
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick 2.15
+import QtQuick.Controls 2.15
 import QtTest 1.2
 import Halvar 4.0
 import HalvarComponents 1.0
@@ -33,6 +34,7 @@ Item {
             yes: "Supprimer"
         }
     }
+    Component { id: field; TextField { width: 200 } }
     Component { id: toast; Toast { width: 400 } }
     Component { id: icon; Icon { } }
     Component {
@@ -115,6 +117,30 @@ Item {
             keyClick(Qt.Key_Return);
             tryVerify(function() { return !item.visible; });
             compare(accepted.count, 0);
+        }
+        function test_dialogThatDestroys_looksLikeIt() {
+            var item = createTemporaryObject(dialog, stage, { dangerous: true });
+            item.open();
+            tryVerify(function() { return item.opened && !Nav.settling; });
+            compareColors(named(item.contentItem, "yes").background.color, Theme.alarm);
+            compare(named(item.contentItem, "yes").sign, "bin");
+            verify(named(item.contentItem, "no").activeFocus);
+            item.close();
+        }
+        function test_longText_isReadFromItsBeginning() {
+            var text = "12 rue des Lilas, troisième étage, porte du fond";
+            var item = createTemporaryObject(field, stage, { text: text });
+            verify(item.contentWidth > item.width);
+            function beginning() { return item.positionToRectangle(0).x; }
+            verify(beginning() >= 0);
+            item.text = text + ", à droite";
+            verify(beginning() >= 0);
+            item.forceActiveFocus();
+            item.cursorPosition = item.length;
+            verify(beginning() < 0);
+            stage.forceActiveFocus();
+            verify(!item.activeFocus);
+            verify(beginning() >= 0);
         }
         function test_dialog_acceptsByItsButtonOnly() {
             var item = createTemporaryObject(dialog, stage);

@@ -11,6 +11,7 @@ Item {
     height: 800
 
     Component { id: measureBar; MeasureBar { width: 400 } }
+    Component { id: barScale; BarScale { list: directMeasures } }
     Component { id: measureFace; MeasureFace { width: 400 } }
 
     ComponentTest {
@@ -48,6 +49,29 @@ Item {
             compare(bar.threshold / bar.full, 0.4);
             bar.concentration = 8;
             verify(bar.threshold / bar.full < 0.2);
+        }
+        function test_scale_isTheLargestThatAMeasureOfTheListNeeds() {
+            var scale = createTemporaryObject(barScale, stage);
+            compare(scale.full, 0);
+            bench.conditions(true, 21, 1200);
+            Instrument.setMeasureMode(MeasureModeEnumClass.DEFINED);
+            Instrument.measureDirect();
+            [3.2, 0.2].forEach(function(concentration) {
+                bench.openShutter();
+                bench.startMeasure();
+                bench.tellFirst();
+                bench.tellResult(concentration, 0.4, DetectionDecisionEnumClass.NOT_DETERMINED);
+                bench.tellEnd();
+                fuzzyCompare(scale.full, 3.8, 1e-9);
+            });
+            compare(directMeasures.count, 2);
+            // Bars of both have the same length for the same value.
+            var low = createTemporaryObject(measureBar, stage, { concentration: 0.2, sigma: 0.4, atLeast: scale.full });
+            var high = createTemporaryObject(measureBar, stage, { concentration: 3.2, sigma: 0.4, atLeast: scale.full });
+            compare(low.full, high.full);
+            directMeasures.clear();
+            compare(scale.full, 0);
+            Instrument.standby();
         }
         function test_reference_isNamedWithItsPrecision() {
             var bar = createTemporaryObject(measureBar, stage, { threshold: 1.04, precision: 0.15 });

@@ -33,6 +33,17 @@ Item {
             verify(says(bar, "Prêt"));
             verify(itemsOf(bar).some(function(item) { return item.name === "check"; }));
         }
+        function test_beforeAnybodyCanMeasure_itWaits() {
+            var bar = createTemporaryObject(statusBar, stage, { waiting: true });
+            bench.conditions(true, 21, 1200);
+            verify(says(bar, "En attente"));
+            verify(!says(bar, "Prêt"));
+            bench.conditions(false, 21, 1200);
+            verify(says(bar, "Pas prêt"));
+            bench.conditions(true, 21, 1200);
+            bar.waiting = false;
+            verify(says(bar, "Prêt"));
+        }
         function test_battery_isAWord_data() {
             return [{ tag: "full", microvolts: 4100000 }, { tag: "low", microvolts: 3480000 }];
         }
