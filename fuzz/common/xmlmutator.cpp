@@ -72,6 +72,15 @@ const std::vector<std::string> &nastyValues()
     return values;
 }
 
+/// What XML, or a reader of lines, takes for something else than a letter.
+const std::vector<std::string> &signs()
+{
+    static const std::vector<std::string> values = {"&#13;",  "&#10;",    "&#9;",      " ",
+                                                    "&lt;",   "&amp;",    "&quot;",    "]]&gt;",
+                                                    "&#160;", "&#x2028;", "&#x1F600;", "&#x301;"};
+    return values;
+}
+
 const std::vector<std::string> &prologs()
 {
     static const std::vector<std::string> values = {
@@ -116,7 +125,7 @@ public:
             &Mutation::mutateText,    &Mutation::setAttribute,  &Mutation::addAttribute,
             &Mutation::dropAttribute, &Mutation::wrap,          &Mutation::repeat,
             &Mutation::addProlog,     &Mutation::insertOther,   &Mutation::breakElement,
-            &Mutation::truncate};
+            &Mutation::truncate,      &Mutation::insertSign};
         for (std::size_t count = 1 + below(4); count > 0; --count)
             (this->*steps[below(steps.size())])();
     }
@@ -223,16 +232,35 @@ private:
         if (end > at + 1)
             m_tokens[end - 1].text = m_tokens[at].text;
     }
+    /// A text that is somebody's value, not what indents the elements.
+    bool isValue(std::size_t at) const
+    {
+        return m_tokens[at].kind == XmlToken::Text
+            && m_tokens[at].text.find_first_not_of(" \t\r\n") != std::string::npos;
+    }
     void setText()
     {
-        // Mostly one that is somebody's value, not what indents the elements.
         const bool blanksToo = below(8) == 0;
         const std::size_t at = any([this, blanksToo](std::size_t i) {
-            return m_tokens[i].kind == XmlToken::Text
-                && (blanksToo || m_tokens[i].text.find_first_not_of(" \t\r\n") != std::string::npos);
+            return blanksToo ? m_tokens[i].kind == XmlToken::Text : isValue(i);
         });
         if (at < m_tokens.size())
             m_tokens[at].text = below(4) ? anyValue() : m_tokens[at].text + anyValue();
+    }
+    /// Into a value that goes on to be one.
+    void insertSign()
+    {
+        const std::size_t at =
+            any([this](std::size_t i) { return isValue(i) || !m_tokens[i].attributes.empty(); });
+        if (at >= m_tokens.size())
+            return;
+        auto &attributes = m_tokens[at].attributes;
+        if (attributes.empty()) {
+            std::string &text = m_tokens[at].text;
+            text.insert(below(text.size() + 1), anyOf(signs()));
+        } else if (std::string &value = attributes[below(attributes.size())].second; value.size() >= 2) {
+            value.insert(1 + below(value.size() - 1), anyOf(signs())); // between its quotation marks
+        }
     }
     void mutateText()
     {
