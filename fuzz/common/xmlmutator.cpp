@@ -75,9 +75,8 @@ const std::vector<std::string> &nastyValues()
 /// What XML, or a reader of lines, takes for something else than a letter.
 const std::vector<std::string> &signs()
 {
-    static const std::vector<std::string> values = {"&#13;",  "&#10;",    "&#9;",      " ",
-                                                    "&lt;",   "&amp;",    "&quot;",    "]]&gt;",
-                                                    "&#160;", "&#x2028;", "&#x1F600;", "&#x301;"};
+    static const std::vector<std::string> values = {"&#13;", "&#10;",  "&#9;",   " ",        "&lt;",
+                                                    "&amp;", "&quot;", "]]&gt;", "&#x1F600;"};
     return values;
 }
 
@@ -247,19 +246,26 @@ private:
         if (at < m_tokens.size())
             m_tokens[at].text = below(4) ? anyValue() : m_tokens[at].text + anyValue();
     }
-    /// Into a value that goes on to be one.
+    /// Into a value that goes on to be one, and at times into every text.
     void insertSign()
     {
-        const std::size_t at =
-            any([this](std::size_t i) { return isValue(i) || !m_tokens[i].attributes.empty(); });
-        if (at >= m_tokens.size())
+        const std::string &sign = anyOf(signs());
+        if (below(4) == 0) {
+            const std::size_t at = any([this](std::size_t i) { return !m_tokens[i].attributes.empty(); });
+            if (at >= m_tokens.size())
+                return;
+            auto &attributes = m_tokens[at].attributes;
+            std::string &value = attributes[below(attributes.size())].second;
+            if (value.size() >= 2)
+                value.insert(1 + below(value.size() - 1), sign); // between its quotation marks
             return;
-        auto &attributes = m_tokens[at].attributes;
-        if (attributes.empty()) {
+        }
+        const std::size_t chosen = any([this](std::size_t i) { return isValue(i); });
+        const bool everywhere = below(4) == 0;
+        for (std::size_t at = 0; at < m_tokens.size(); ++at) {
             std::string &text = m_tokens[at].text;
-            text.insert(below(text.size() + 1), anyOf(signs()));
-        } else if (std::string &value = attributes[below(attributes.size())].second; value.size() >= 2) {
-            value.insert(1 + below(value.size() - 1), anyOf(signs())); // between its quotation marks
+            if (isValue(at) && (everywhere || at == chosen))
+                text.insert(below(text.size() + 1), sign);
         }
     }
     void mutateText()
