@@ -3,6 +3,7 @@
 #include "damagedfile.h"
 
 #include <QFile>
+#include <QRegularExpression>
 
 #include <cerrno>
 #include <optional>
@@ -53,6 +54,9 @@ bool isNoFile(const QString &path)
 
 QString keepDamaged(const QString &path)
 {
+    static const QRegularExpression copyName(QStringLiteral("\\.damaged(\\.\\d+)?$"));
+    if (copyName.match(path).hasMatch())
+        return path;
     const std::optional<QByteArray> content = contentOf(path);
     return content ? keep(path, *content) : QString();
 }

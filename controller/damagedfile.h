@@ -15,7 +15,7 @@ HALVAR_EXPORT bool isNoFile(const QString &path);
 
 /// Keeps what stands at \p path beside it, under its name and ".damaged" (".damaged.1", ... when that is
 /// taken by something else): what cannot be read here can perhaps be repaired by hand. A copy that is there
-/// already is not made again. \return the copy's path, empty when there is none.
+/// already is not made again, and a copy is kept as it is. \return the copy's path, empty when there is none.
 HALVAR_EXPORT QString keepDamaged(const QString &path);
 
 /// Keeps the file at \p path, of which more may be on the disk than was read, before it is replaced.

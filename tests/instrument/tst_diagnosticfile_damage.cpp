@@ -119,6 +119,21 @@ private slots:
         }
     }
 
+    void copyOfADamagedFile_isNotCopiedAgain()
+    {
+        m->load(whole.left(600));
+        const QStringList kept{QStringLiteral("loaded.xml"), QStringLiteral("loaded.xml.damaged")};
+        QCOMPARE(m->files(), kept);
+        (*m)->initFile();
+        LogRecorder log(QsLogging::ErrorLevel);
+        const QString copy = m->path(m_path) + QStringLiteral(".damaged");
+        (*m)->loadFile(copy);
+        QCOMPARE(m->files(), kept);
+        QVERIFY(m->content(QStringLiteral("loaded.xml.damaged")) == whole.left(600));
+        QCOMPARE(errors(log).size(), 1);
+        QVERIFY(errors(log).constFirst().endsWith(QStringLiteral("Kept as \"%1\"").arg(copy)));
+    }
+
     void fileCutBehindItsRoot_isIntact()
     {
         const QStringList state = wholeState();

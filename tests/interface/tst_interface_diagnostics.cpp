@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // The diagnostics on file and their rooms: names, damaged files, copies, rooms typed and found.
+#include <QDir>
 #include <QFile>
 #include <QQuickWindow>
 #include <QtTest>
@@ -169,6 +170,7 @@ try {
     QVERIFY(QFile::exists(files + name + QStringLiteral(".xml")));
     if (content != original) {
         QCOMPARE(contentOf(files + file), content);
+        QCOMPARE(QDir(files).entryList({QStringLiteral("*.damaged*")}), QStringList{file});
         // What was recovered before is not replaced either.
         showcase.hand->tap(listed);
         showcase.hand->tap(QStringLiteral("yes"));
