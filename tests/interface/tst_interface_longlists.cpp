@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // How many delegates the lists make, with more rows than anybody scrolls through.
+#include <QFile>
 #include <QQuickItem>
 #include <QtTest>
 
@@ -97,16 +98,17 @@ void TstInterfaceLongLists::everyLongList_makesNoMoreDelegatesThanFit_data()
     QTest::newRow("UnitScreen") << "measureList" << 100.;
     QTest::newRow("ShocksScreen") << "shockList" << 64.;
     QTest::newRow("LogScreen") << "logList" << 20.;
+    QTest::newRow("DiagnosticsScreen") << "diagnosticList" << 64.;
 }
 
 void TstInterfaceLongLists::everyLongList_makesNoMoreDelegatesThanFit()
 try {
     QFETCH(QString, list);
     QFETCH(double, lowestRow);
-    constexpr int entries = 400;
+    const QString screen = QString::fromLatin1(QTest::currentDataTag());
+    const int entries = screen == QLatin1String("DiagnosticsScreen") ? 2000 : 400;
     Showcase &showcase = *m_showcase;
     showcase.unlock();
-    const QString screen = QString::fromLatin1(QTest::currentDataTag());
     QVariantMap properties;
     auto *unit = new UD;
     showcase->uds->append(unit);
@@ -120,6 +122,9 @@ try {
         }
         if (screen == QLatin1String("ShocksScreen"))
             showcase->error->setShock(true);
+        if (screen == QLatin1String("DiagnosticsScreen"))
+            QVERIFY(QFile::copy(Showcase::home() + QStringLiteral("files/Cave-7.xml"),
+                                Showcase::home() + QStringLiteral("files/Cave %1.xml").arg(i)));
     }
     if (screen == QLatin1String("PickScreen"))
         properties.insert(QStringLiteral("items"), showcase.object(QStringLiteral("rooms")));
