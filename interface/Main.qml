@@ -15,6 +15,11 @@ ApplicationWindow {
     readonly property bool settling: Nav.settling
 
     onNightChanged: Theme.night = night
+    onActiveFocusItemChanged: {
+        var reason = activeFocusItem ? activeFocusItem.focusReason : Qt.NoFocusReason;
+        if (reason === Qt.TabFocusReason || reason === Qt.BacktabFocusReason)
+            Nav.byKeys = true;
+    }
     title: qsTr("Analyseur")
     width: landscape ? 800 : 480
     height: landscape ? 480 : 800
@@ -56,7 +61,11 @@ ApplicationWindow {
         initialItem: Nav.urlOf("HoldOffScreen")
         onCurrentItemChanged: {
             if (currentItem)
-                currentItem.forceActiveFocus();
+                currentItem.takeFocus();
+        }
+        Keys.onPressed: function(event) {
+            Nav.byKeys = true;
+            event.accepted = false;
         }
     }
     MouseArea {
@@ -71,9 +80,23 @@ ApplicationWindow {
         width: Math.min(parent.width - 2 * Theme.margin, 560)
     }
 
+    // Sees every touch, and takes none.
+    Item {
+        anchors.fill: parent
+        PointHandler {
+            onActiveChanged: {
+                if (active)
+                    Nav.byKeys = false;
+            }
+        }
+    }
+
     Shortcut {
         sequences: ["Escape", "Back"]
-        onActivated: Nav.back()
+        onActivated: {
+            Nav.byKeys = true;
+            Nav.back();
+        }
     }
     Connections {
         target: Nav

@@ -8,5 +8,10 @@ ListRow {
 
     required property int index
 
+    // The arrows go on from it.
+    onActiveFocusChanged: {
+        if (activeFocus)
+            ListView.view.currentIndex = index;
+    }
     onClicked: ListView.view.currentIndex = index
 }

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Halvar Controller contributors
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick 2.15
+import QtQuick.Window 2.15
 import QtQuick.Controls 2.15
 import HalvarStyle 1.0
 
@@ -26,12 +27,20 @@ Dialog {
     width: Math.min(parent.width - 2 * Theme.margin, 440)
     // The second tap of a double tap must neither answer nor land on what the dialog uncovers; a tap beside it answers
     // nothing.
-    onAboutToShow: Nav.settle()
+    onAboutToShow: {
+        before = parent.Window.activeFocusItem;
+        Nav.settle();
+    }
     onOpened: takeFocus()
-    onClosed: Nav.settle()
+    onClosed: {
+        Nav.settle();
+        if (before && before.visible && before.enabled)
+            Nav.focus(before);
+    }
     closePolicy: Nav.settling ? Popup.NoAutoClose : Popup.CloseOnEscape
 
-    function takeFocus() { (Nav.settling ? waiting : noButton).forceActiveFocus(); }
+    property Item before // what had the focus
+    function takeFocus() { Nav.focus(Nav.settling ? waiting : noButton); }
 
     Connections {
         target: Nav

@@ -17,6 +17,7 @@ AbstractButton {
     // As low as a finger allows.
     property bool compact: false
     readonly property int markSide: compact ? 40 : 48
+    readonly property bool focused: activeFocus && Nav.byKeys
     default property alias trailing: trailingRow.data
 
     implicitHeight: compact ? Math.max(Theme.touch, lines.implicitHeight + Theme.spacingSmall)
@@ -38,8 +39,8 @@ AbstractButton {
         radius: Theme.radius
         color: !row.enabled ? "transparent" : row.down ? Theme.surfacePressed : Theme.surface
         border {
-            width: row.activeFocus ? 3 : 1
-            color: row.activeFocus ? Theme.focus : Theme.outline
+            width: row.focused ? 3 : 1
+            color: row.focused ? Theme.focus : Theme.outline
         }
     }
     contentItem: Item {

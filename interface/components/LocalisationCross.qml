@@ -12,6 +12,7 @@ Item {
     property int value: LocalisationEnumClass.NOT_DETERMINED
     readonly property int cellWidth: 84
     readonly property int cellHeight: 56
+    readonly property Item first: places.count > 0 ? places.itemAt(0) : null
 
     signal chosen(int localisation)
 
@@ -33,6 +34,7 @@ Item {
         width: 3 * cross.cellWidth + 2 * Theme.spacingSmall
 
         Repeater {
+            id: places
             model: [
                 { localisation: LocalisationEnumClass.UP, column: 1, row: 0 },
                 { localisation: LocalisationEnumClass.LEFT, column: 0, row: 1 },

@@ -9,6 +9,8 @@ Item {
     id: nav
 
     property StackView stack
+    // The keyboard, or the instrument's keys, were used last: then it has to be seen where they are.
+    property bool byKeys: false
     // True for a moment after something else has come under the finger: the second tap of a double tap must not land
     // on it.
     readonly property bool settling: pause.running || shield.running
@@ -57,6 +59,15 @@ Item {
     function leave() {
         pause.restart();
         stack.pop(StackView.Immediate);
+    }
+
+    // Gives the keys to a control.
+    function focus(item) {
+        var reason = byKeys ? Qt.TabFocusReason : Qt.OtherFocusReason;
+        item.forceActiveFocus(reason);
+        // One that has them already is not told again.
+        if (item.activeFocus && item.focusReason !== undefined)
+            item.focusReason = reason;
     }
 
     // For what changes on a screen, as the button that takes the place of another.

@@ -15,6 +15,7 @@ FocusScope {
     default property alias content: body.data
     // Buttons at the right of the title.
     property alias actions: actionRow.data
+    readonly property alias backButton: backButton
     readonly property bool wide: width > height
 
     // When it comes to the top of the stack, also after others above it have gone; and when it is left, for whichever
@@ -22,6 +23,12 @@ FocusScope {
     signal shown()
     signal hidden()
     property bool isShown: false
+    // The control that the keys are on when the screen opens.
+    property Item first
+    readonly property bool lost: {
+        var item = Window.activeFocusItem;
+        return item === screen || (item !== null && !item.visible);
+    }
 
     function follow() {
         var now = StackView.status === StackView.Active || StackView.status === StackView.Activating;
@@ -39,6 +46,20 @@ FocusScope {
             hidden();
     }
 
+    // Where the keys were, or at first where most will want to go on.
+    function takeFocus() {
+        forceActiveFocus();
+        var item = screen.Window.activeFocusItem;
+        Nav.focus(item && item !== screen ? item : first || screen);
+    }
+    // The control that they were on is gone, or cannot be used now.
+    onLostChanged: Qt.callLater(settleFocus)
+    onFirstChanged: Qt.callLater(settleFocus)
+    function settleFocus() {
+        if (lost && isShown && first && first.visible && first.enabled)
+            Nav.focus(first);
+    }
+
     // Arrows lead from control to control where none of them takes them for itself.
     function step(forward) {
         var from = screen.Window.activeFocusItem || screen;
@@ -48,6 +69,8 @@ FocusScope {
     }
     Keys.onUpPressed: step(false)
     Keys.onDownPressed: step(true)
+    Keys.onLeftPressed: step(false)
+    Keys.onRightPressed: step(true)
 
     // A screen that has a reason to stay says so and returns false.
     function mayLeave() { return true; }

@@ -21,6 +21,7 @@ Screen {
     subtitle: qsTr("Bloc de référence : %1 ± %2 mg/cm²").arg(Words.concentration(reference))
         .arg(Words.concentration(precision))
 
+    first: running ? stopButton : startButton
     onShown: Instrument.expectant = true
     onHidden: Instrument.expectant = false
     function mayLeave() {
@@ -132,6 +133,7 @@ Screen {
                     Accessible.name: qsTr("Contrôle en cours")
                 }
                 SignButton {
+                    id: startButton
                     objectName: "startAccuracy"
                     width: parent.width
                     visible: !screen.running
@@ -142,6 +144,7 @@ Screen {
                     onClicked: screen.start()
                 }
                 SignButton {
+                    id: stopButton
                     objectName: "stopAccuracy"
                     width: parent.width
                     visible: screen.running

@@ -31,6 +31,7 @@ Screen {
 
     title: qsTr("Calibrage")
 
+    first: running ? stopButton : startButton
     onShown: Instrument.expectant = true
     onHidden: Instrument.expectant = false
     function mayLeave() {
@@ -113,6 +114,7 @@ Screen {
                 color: Theme.textSecondary
             }
             SignButton {
+                id: startButton
                 objectName: "startCalibration"
                 width: parent.width
                 visible: !screen.running
@@ -123,6 +125,7 @@ Screen {
                 onClicked: screen.start()
             }
             SignButton {
+                id: stopButton
                 objectName: "stopCalibration"
                 width: parent.width
                 visible: screen.running

@@ -13,6 +13,7 @@ Screen {
     title: controller.fileName === "" ? qsTr("Diagnostic") : controller.fileName
     subtitle: controller.localization
 
+    first: roomsRow
     onHidden: Instrument.save()
 
     Sheet {
@@ -30,6 +31,7 @@ Screen {
                 spacing: Theme.spacing
 
                 ListRow {
+                    id: roomsRow
                     objectName: "rooms"
                     width: parent.width
                     sign: "room"

@@ -11,7 +11,9 @@ Screen {
 
     title: qsTr("Diagnostics")
     subtitle: qsTr("Place libre : %1").arg(Words.size(diagnosticFiles.freeBytes))
+    first: list.count > 0 ? list : newButton
     actions: SignButton {
+        id: newButton
         objectName: "newDiagnostic"
         sign: "plus"
         text: qsTr("Nouveau")

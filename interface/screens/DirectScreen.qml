@@ -12,6 +12,7 @@ MeasuringScreen {
 
     title: qsTr("Mesures directes")
     subtitle: Words.measureMode(Instrument.measureMode)
+    first: list.count > 0 ? list : settingsButton
     actions: [
         IconButton {
             objectName: "clearMeasures"
@@ -21,6 +22,7 @@ MeasuringScreen {
             onClicked: clearDialog.open()
         },
         IconButton {
+            id: settingsButton
             objectName: "measureSettings"
             sign: "tune"
             text: qsTr("Réglages de mesure")
@@ -60,7 +62,6 @@ MeasuringScreen {
 
         delegate: MeasureRow {
             id: entry
-            required property int index
             width: list.width - 2 * Theme.margin
             number: list.count - entry.index
             scale: barScale.full

@@ -10,6 +10,7 @@ Screen {
     id: screen
 
     canGoBack: false
+    first: opened.visible ? opened : tiles.count > 0 ? tiles.itemAt(0) : null
     title: qsTr("Que faire ?")
     actions: IconButton {
         objectName: "themeButton"
@@ -18,7 +19,7 @@ Screen {
         onClicked: ApplicationWindow.window.night = !Theme.night
     }
 
-    readonly property var tiles: [
+    readonly property var places: [
         { name: "diagnostics", sign: "folder", text: qsTr("Diagnostics"), screen: "DiagnosticsScreen" },
         { name: "direct", sign: "target", text: qsTr("Mesures directes"), screen: "DirectScreen" },
         { name: "accuracy", sign: "balance", text: qsTr("Contrôle de justesse"), screen: "AccuracyScreen" },
@@ -46,11 +47,12 @@ Screen {
             id: grid
             width: parent.width
             columns: screen.wide ? 3 : 2
-            readonly property int lines: Math.ceil(screen.tiles.length / columns)
+            readonly property int lines: Math.ceil(screen.places.length / columns)
             spacing: Theme.spacing
 
             Repeater {
-                model: screen.tiles
+                id: tiles
+                model: screen.places
                 Button {
                     id: tile
                     required property var modelData

@@ -35,6 +35,8 @@ Screen {
         }
     ]
 
+    first: list
+
     TextField {
         id: search
         objectName: "search"
@@ -57,6 +59,16 @@ Screen {
         model: proxy
         emptyText: qsTr("Aucune ligne.")
         Accessible.name: screen.title
+        // Its lines are read, not chosen.
+        keyNavigationEnabled: false
+        currentIndex: -1
+        function scroll(way) {
+            contentY = Math.max(originY - topMargin,
+                                Math.min(contentY + way, originY + contentHeight + bottomMargin - height));
+            following = atYEnd;
+        }
+        Keys.onUpPressed: scroll(-Theme.touch)
+        Keys.onDownPressed: scroll(Theme.touch)
         // The end stays in sight unless somebody reads further up.
         property bool following: true
         onMovementEnded: following = atYEnd

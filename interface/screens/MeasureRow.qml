@@ -11,16 +11,18 @@ AbstractButton {
     id: row
 
     required property int number
+    required property int index
     property bool live: false
     property real scale: 0
     readonly property bool interrupted: Instrument.interrupted.indexOf(qtObject) >= 0
-    required property QtObject qtObject
+    required property var qtObject // a null in the place of one that goes would count as a change from here
     required property int idNAP
     required property double concentration
     required property double sigma
     required property int detectionDecision
     required property int localisation
     required property int degradationState
+    readonly property bool focused: activeFocus && Nav.byKeys
     readonly property string noted: {
         var words = [];
         if (localisation !== LocalisationEnumClass.NOT_DETERMINED)
@@ -47,14 +49,19 @@ AbstractButton {
         if (!event.isAutoRepeat)
             clicked();
     }
+    // The arrows go on from it.
+    onActiveFocusChanged: {
+        if (activeFocus)
+            ListView.view.currentIndex = index;
+    }
     onClicked: Nav.open("MeasureScreen", { measure: qtObject, number: number })
 
     background: Rectangle {
         radius: Theme.radius
         color: row.down ? Theme.surfacePressed : Theme.surface
         border {
-            width: row.activeFocus ? 3 : 1
-            color: row.activeFocus ? Theme.focus : Theme.outline
+            width: row.focused ? 3 : 1
+            color: row.focused ? Theme.focus : Theme.outline
         }
     }
     MeasureFace {

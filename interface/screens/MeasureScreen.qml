@@ -34,6 +34,7 @@ Screen {
         measure.degradationState;
         return measure.conservationState;
     }
+    first: cross.first
     onHidden: Instrument.save()
 
     Sheet {
@@ -64,6 +65,7 @@ Screen {
                 y: screen.wide ? 0 : result.height + Theme.spacing
                 width: page.column
                 LocalisationCross {
+                    id: cross
                     anchors.horizontalCenter: parent.horizontalCenter
                     value: screen.measure ? screen.measure.localisation : LocalisationEnumClass.NOT_DETERMINED
                     onChosen: function(localisation) { screen.measure.localisation = localisation; }

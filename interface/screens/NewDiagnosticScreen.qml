@@ -35,7 +35,7 @@ Screen {
             Nav.push("DiagnosticScreen");
         });
     }
-    onShown: nameField.forceActiveFocus()
+    first: nameField
 
     UnsavedDialog { id: unsavedDialog }
     Sheet {

@@ -52,6 +52,17 @@ Screen {
         pick(title);
     }
 
+    first: list.count > 0 ? list : search
+    // Whoever types means the search, wherever the keys are.
+    Keys.onPressed: function(event) {
+        if (event.text.trim() === "" || event.modifiers & (Qt.ControlModifier | Qt.AltModifier))
+            return;
+        search.insert(search.length, event.text);
+        search.cursorPosition = search.length;
+        Nav.focus(search);
+        event.accepted = true;
+    }
+
     // An expression is not evaluated again when a word is typed.
     onWantedPlainChanged: proxy.invalidate()
     SortFilterProxyModel {

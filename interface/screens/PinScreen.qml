@@ -17,6 +17,7 @@ Screen {
     readonly property bool landscape: width > height
 
     canGoBack: false
+    first: digits.count > 0 ? digits.itemAt(0) : null
     Accessible.name: qsTr("Code d'accès")
 
     function enter(digit) {
@@ -43,8 +44,8 @@ Screen {
         pin.clearDigit();
     }
 
-    focus: true
     Keys.onPressed: function(event) {
+        Nav.byKeys = true;
         if (event.key >= Qt.Key_0 && event.key <= Qt.Key_9) {
             enter(String(event.key - Qt.Key_0));
             event.accepted = true;
@@ -141,6 +142,7 @@ Screen {
             spacing: Theme.spacing
 
             Repeater {
+                id: digits
                 model: ["1", "2", "3", "4", "5", "6", "7", "8", "9"]
                 Button {
                     id: key

@@ -14,7 +14,9 @@ Screen {
 
     title: qsTr("Locaux")
     subtitle: controller.fileName
+    first: list.count > 0 ? list : addButton
     actions: SignButton {
+        id: addButton
         objectName: "addRoom"
         sign: "plus"
         text: qsTr("Local")

@@ -21,6 +21,9 @@ Screen {
     title: qsTr("Service")
     subtitle: qsTr("Appareil %1").arg(config.getSN_Analyzer())
 
+    // From the top of what is to be read.
+    first: backButton
+
     function refresh() {
         if (!Instrument.busy)
             Instrument.ask();

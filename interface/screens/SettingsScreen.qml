@@ -17,6 +17,7 @@ Screen {
     ]
 
     title: qsTr("Réglages de mesure")
+    first: choices.count > 0 ? choices.itemAt(0) : null
 
     Sheet {
         anchors.fill: parent
@@ -34,6 +35,7 @@ Screen {
 
                 Caption { text: qsTr("Fin de la mesure") }
                 Repeater {
+                    id: choices
                     model: screen.modes
                     ListRow {
                         id: choice

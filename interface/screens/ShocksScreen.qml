@@ -13,6 +13,8 @@ Screen {
     title: qsTr("Chocs")
     subtitle: error.lastShock === "" ? qsTr("aucun choc enregistré") : qsTr("dernier : %1").arg(error.lastShock)
 
+    first: list.count > 0 ? list : backButton
+
     SortFilterProxyModel {
         id: newestFirst
         sourceModel: shocks

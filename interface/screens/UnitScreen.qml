@@ -13,6 +13,7 @@ MeasuringScreen {
     property int row: -1
     property bool fresh: false
     property QtObject unit: uds.get(row)
+    property Item elementRow // of the form, which is made for the window's shape
     readonly property int statut: unit ? unit.statut : UDStatutEnumClass.RAW
     // Of its measures, when none of them runs.
     property int negatives: 0
@@ -82,6 +83,7 @@ MeasuringScreen {
         Nav.replace("UnitScreen", { row: uds.count - 1, fresh: true });
     }
 
+    first: statut === UDStatutEnumClass.RAW ? elementRow : nextButton
     onShown: {
         controller.editionMode = !screen.fresh;
         Instrument.measureUnit(screen.row);
@@ -144,6 +146,7 @@ MeasuringScreen {
             }
             ListRow {
                 objectName: "element"
+                Component.onCompleted: screen.elementRow = this
                 compact: true
                 width: parent.width
                 picture: screen.unit ? elements.findImageFromTitle(screen.unit.element) : ""
@@ -238,6 +241,7 @@ MeasuringScreen {
         onLeftMarginChanged: contentX = -leftMargin
         model: screen.unit ? screen.unit.measures : null
         Accessible.name: qsTr("Mesures de l'unité")
+        activeFocusOnTab: false // the form comes first
 
         readonly property real inner: width - leftMargin - rightMargin
         property Item description // in the list, when there is no place beside it
@@ -291,7 +295,6 @@ MeasuringScreen {
         }
         delegate: MeasureRow {
             id: entry
-            required property int index
             width: list.inner
             number: entry.index + 1
             scale: barScale.full
@@ -353,6 +356,7 @@ MeasuringScreen {
                 }
             }
             SignButton {
+                id: nextButton
                 objectName: "nextZone"
                 width: parent.half
                 enabled: !Instrument.shooting

@@ -14,7 +14,9 @@ Screen {
 
     title: room
     subtitle: qsTr("%n unité(s)", "", list.count)
+    first: list.count > 0 ? list : addButton
     actions: SignButton {
+        id: addButton
         objectName: "addUnit"
         sign: "plus"
         text: qsTr("Unité")

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Halvar Controller contributors
 // SPDX-License-Identifier: Apache-2.0
 //
-// What taps, keys and pasted text do: a finger in a glove, keys alone, and no hand at all.
+// What taps and pasted text do: a finger in a glove that taps twice, and text where a number belongs.
 #include <QClipboard>
 #include <QFile>
 #include <QGuiApplication>
@@ -10,7 +10,6 @@
 #include <QtTest>
 
 #include <failure.h>
-#include <measure.h>
 #include <ud.h>
 #include <udlistmodel.h>
 
@@ -35,9 +34,6 @@ private slots:
     void doubleTap_isOneTap_data();
     void doubleTap_isOneTap();
     void doubleTap_answersNoDialog();
-    void keysAlone_leadThroughTheScreens();
-    void arrowsAlone_leadThroughAScreenWithoutAList();
-    void heldKey_pressesOnce();
     void textInANumberField_isRefusedAndSaid();
     void pastedText_isTakenOnlyAsANumberInItsLimits();
 };
@@ -165,83 +161,6 @@ try {
     QTest::mouseClick(showcase.window, Qt::LeftButton, {}, bin);
     showcase.hand->pause(20);
     QVERIFY(!showcase.hand->see(QStringLiteral("yes")));
-} catch (const Failure &failure) {
-    QFAIL(qUtf8Printable(failure.text));
-}
-
-void TstInterfaceInput::keysAlone_leadThroughTheScreens()
-try {
-    Showcase &showcase = *m_showcase;
-    showcase.unlock();
-    const auto focused = [&showcase] {
-        const QQuickItem *item = showcase.window->activeFocusItem();
-        return item ? wordsOf(item) : QString();
-    };
-    for (int i = 0; i < 20 && focused() != QLatin1String("Diagnostics"); ++i)
-        showcase.hand->key(Qt::Key_Tab);
-    QCOMPARE(focused(), QStringLiteral("Diagnostics"));
-    showcase.hand->key(Qt::Key_Return);
-    showcase.hand->waitForScreen(QStringLiteral("DiagnosticsScreen"));
-    for (int i = 0; i < 20 && showcase.window->activeFocusItem()->property("heading").toString().isEmpty();
-         ++i)
-        showcase.hand->key(Qt::Key_Tab);
-    const QString first = focused();
-    showcase.hand->key(Qt::Key_Down);
-    QVERIFY(!focused().isEmpty());
-    QVERIFY(focused() != first);
-    showcase.hand->key(Qt::Key_Up);
-    QCOMPARE(focused(), first);
-    showcase.hand->key(Qt::Key_Return);
-    showcase.hand->waitForScreen(QStringLiteral("DiagnosticScreen"));
-    showcase.hand->key(Qt::Key_Back);
-    showcase.hand->waitForScreen(QStringLiteral("DiagnosticsScreen"));
-    showcase.hand->key(Qt::Key_Escape);
-    showcase.hand->waitForScreen(QStringLiteral("HomeScreen"));
-} catch (const Failure &failure) {
-    QFAIL(qUtf8Printable(failure.text));
-}
-
-void TstInterfaceInput::arrowsAlone_leadThroughAScreenWithoutAList()
-try {
-    Showcase &showcase = *m_showcase;
-    showcase.unlock();
-    const auto focused = [&showcase] {
-        const QQuickItem *item = showcase.window->activeFocusItem();
-        return item ? item->objectName() : QString();
-    };
-    for (int i = 0; i < 20 && focused() != QLatin1String("tile_direct"); ++i)
-        showcase.hand->key(Qt::Key_Down);
-    QCOMPARE(focused(), QStringLiteral("tile_direct"));
-    showcase.hand->key(Qt::Key_Up);
-    QCOMPARE(focused(), QStringLiteral("tile_diagnostics"));
-} catch (const Failure &failure) {
-    QFAIL(qUtf8Printable(failure.text));
-}
-
-void TstInterfaceInput::heldKey_pressesOnce()
-try {
-    Showcase &showcase = *m_showcase;
-    showcase.unlock();
-    const auto repeat = [&showcase] {
-        QKeyEvent event(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QString(), true);
-        QCoreApplication::sendEvent(showcase.window, &event);
-        showcase.hand->pause(20);
-    };
-    QQuickItem *tile = showcase.hand->find(QStringLiteral("tile_service"));
-    tile->forceActiveFocus();
-    repeat();
-    QCOMPARE(showcase.hand->screen(), QStringLiteral("HomeScreen"));
-    showcase.hand->key(Qt::Key_Return);
-    showcase.hand->waitForScreen(QStringLiteral("ServiceScreen"));
-    showcase.hand->find(QStringLiteral("log"))->forceActiveFocus();
-    repeat();
-    QCOMPARE(showcase.hand->screen(), QStringLiteral("ServiceScreen"));
-    showcase.open(QStringLiteral("DiagnosticScreen"));
-    showcase.hand->find(QStringLiteral("coulures"))->forceActiveFocus();
-    repeat();
-    QVERIFY(!showcase->property("coulures").toBool());
-    showcase.hand->key(Qt::Key_Return);
-    QVERIFY(showcase->property("coulures").toBool());
 } catch (const Failure &failure) {
     QFAIL(qUtf8Printable(failure.text));
 }
