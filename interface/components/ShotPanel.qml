@@ -55,11 +55,8 @@ Rectangle {
         case "silent":
             return qsTr("Relâchez la détente et quittez cet écran. Les résultats affichés sont gardés.");
         case "lost":
-            return Instrument.armed ? qsTr("Relâchez la détente. Pressez-la pour une nouvelle mesure.")
-                                    : qsTr("Relâchez la détente.");
         case "done":
-            return Instrument.armed ? qsTr("Relâchez la détente. Pressez-la pour une nouvelle mesure.")
-                                    : qsTr("Relâchez la détente. L'unité a son résultat.");
+            return after;
         case "ready":
             if (!ready)
                 return qsTr("L'instrument n'est pas prêt : attendez avant de mesurer.");
@@ -71,6 +68,18 @@ Rectangle {
                 ? qsTr("L'unité n'est pas à mesurer : la détente est sans effet.")
                 : qsTr("L'unité a son résultat : la détente est sans effet.");
         }
+    }
+    // What to do once a shot is over. In the trigger's own mode, and when a shot was given up, its release was the end. A
+    // shot that ended by itself left it pressed, and nothing tells when it is let go.
+    readonly property string after: {
+        if (error.errorMessage !== "")
+            return qsTr("Acquittez l'erreur avant une nouvelle mesure.");
+        if (phase === "lost" && !Instrument.spoiled)
+            return qsTr("La détente a été relâchée trop tôt. Pressez-la de nouveau et maintenez-la.");
+        var next = Instrument.armed ? qsTr("Pressez de nouveau la détente pour une autre mesure.")
+                                    : qsTr("L'unité a son résultat.");
+        return phase === "done" && Instrument.measureMode === MeasureModeEnumClass.TRIGGER
+            ? next : qsTr("La détente peut être relâchée. %1", "followed by what comes next").arg(next);
     }
     readonly property string sign: {
         switch (phase) {

@@ -603,6 +603,10 @@
         <source>L&apos;instrument ne répond pas. Quitter quand même&#xa0;? La mesure s&apos;arrête avec ses derniers résultats.</source>
         <translation>The instrument does not answer. Leave anyway? The measurement ends with its last results.</translation>
     </message>
+    <message>
+        <source>La mesure se termine d&apos;elle-même. Interrompue, elle reste sans résultat.</source>
+        <translation>The measurement ends by itself. Interrupted, it stays without a result.</translation>
+    </message>
 </context>
 <context>
     <name>Nav</name>
@@ -1043,14 +1047,6 @@
         <translation>Hold: the measurement ends by itself.</translation>
     </message>
     <message>
-        <source>Relâchez la détente. Pressez-la pour une nouvelle mesure.</source>
-        <translation>Release the trigger. Press it for a new measurement.</translation>
-    </message>
-    <message>
-        <source>Relâchez la détente. L&apos;unité a son résultat.</source>
-        <translation>Release the trigger. The unit has its result.</translation>
-    </message>
-    <message>
         <source>L&apos;instrument n&apos;est pas prêt&#xa0;: attendez avant de mesurer.</source>
         <translation>The instrument is not ready: wait before measuring.</translation>
     </message>
@@ -1079,10 +1075,6 @@
         <translation>Measurement interrupted, without a result</translation>
     </message>
     <message>
-        <source>Relâchez la détente.</source>
-        <translation>Release the trigger.</translation>
-    </message>
-    <message>
         <source>Décision acquise</source>
         <translation>Decision reached</translation>
     </message>
@@ -1109,6 +1101,27 @@
     <message>
         <source>L&apos;unité a son résultat&#xa0;: la détente est sans effet.</source>
         <translation>The unit has its result: the trigger does nothing.</translation>
+    </message>
+    <message>
+        <source>Acquittez l&apos;erreur avant une nouvelle mesure.</source>
+        <translation>Acknowledge the error before a new measurement.</translation>
+    </message>
+    <message>
+        <source>La détente a été relâchée trop tôt. Pressez-la de nouveau et maintenez-la.</source>
+        <translation>The trigger was released too early. Press it again and hold it.</translation>
+    </message>
+    <message>
+        <source>Pressez de nouveau la détente pour une autre mesure.</source>
+        <translation>Press the trigger again for another measurement.</translation>
+    </message>
+    <message>
+        <source>L&apos;unité a son résultat.</source>
+        <translation>The unit has its result.</translation>
+    </message>
+    <message>
+        <source>La détente peut être relâchée. %1</source>
+        <comment>followed by what comes next</comment>
+        <translation>The trigger may be released. %1</translation>
     </message>
 </context>
 <context>

@@ -40,7 +40,9 @@ Screen {
         title: qsTr("Mesure en cours")
         question: interrupted
             ? qsTr("L'instrument ne répond pas. Quitter quand même ? La mesure s'arrête avec ses derniers résultats.")
-            : qsTr("Relâchez la détente pour terminer la mesure. Interrompue, elle reste sans résultat.")
+            : Instrument.measureMode === MeasureModeEnumClass.TRIGGER
+            ? qsTr("Relâchez la détente pour terminer la mesure. Interrompue, elle reste sans résultat.")
+            : qsTr("La mesure se termine d'elle-même. Interrompue, elle reste sans résultat.")
         yes: interrupted ? qsTr("Quitter quand même") : qsTr("Terminer avec le résultat et quitter")
         other: interrupted ? "" : qsTr("Interrompre et quitter")
         no: qsTr("Continuer la mesure")

@@ -72,6 +72,7 @@ Showcase::Showcase(const QLocale &locale)
                       "  function open(name, properties) { return Nav.open(name, properties); }\n"
                       "  function colour(name) { return Theme[name]; }\n"
                       "  function settleIn(time) { Nav.settlingTime = time; }\n"
+                      "  function setMeasureMode(mode) { Instrument.setMeasureMode(mode); }\n"
                       "  function setInstrument(name, value) { Instrument[name] = value; }\n"
                       "}\n",
                       QUrl());
@@ -100,6 +101,11 @@ void Showcase::unlock()
 void Showcase::settleIn(int time)
 {
     QMetaObject::invokeMethod(m_script.get(), "settleIn", Q_ARG(QVariant, time));
+}
+
+void Showcase::setMeasureMode(MeasureModeEnumClass::MeasureMode mode)
+{
+    QMetaObject::invokeMethod(m_script.get(), "setMeasureMode", Q_ARG(QVariant, int(mode)));
 }
 
 void Showcase::setInstrument(const QString &property, const QVariant &value)

@@ -35,6 +35,8 @@ public:
     void settleAtOnce() { settleIn(1); }
     /// Such a pause, in ms. An operator has 250.
     void settleIn(int time);
+    /// As the settings' screen does.
+    void setMeasureMode(MeasureModeEnumClass::MeasureMode mode);
     /// Sets a property of Instrument.
     void setInstrument(const QString &property, const QVariant &value);
     /// Opens a screen as Nav.open() does. \param properties may hold QML objects.

@@ -46,6 +46,8 @@ private slots:
     void mspDyingInAShot_leavesTheResultsAndTheScreens();
     void leavingAShotWithItsResult_keepsIt();
     void leavingAShotInterrupted_keepsTheUnitToBeMeasured();
+    void advice_isRightInEachStateOfAShot_data();
+    void advice_isRightInEachStateOfAShot();
     void faultInAShot_isSaidAndAcknowledged();
 
 private:
@@ -327,6 +329,68 @@ try {
     QFAIL(qUtf8Printable(failure.text));
 }
 
+void TstInterfaceInstrument::advice_isRightInEachStateOfAShot_data()
+{
+    QTest::addColumn<MeasureModeEnumClass::MeasureMode>("mode");
+    QTest::addColumn<bool>("isReleased"); // before the measure ends by itself
+    QTest::addColumn<QString>("hold"); // while it runs
+    QTest::addColumn<QString>("after");
+    const QString next = QStringLiteral("Pressez de nouveau la détente pour une autre mesure.");
+    const QString tooSoon = QStringLiteral("La détente a été relâchée trop tôt.");
+    QTest::newRow("trigger") << MeasureModeEnumClass::TRIGGER << true << "Maintenez la détente" << next;
+    QTest::newRow("automatic, held") << MeasureModeEnumClass::AUTO << false
+                                     << "la mesure s'arrête d'elle-même"
+                                     << QStringLiteral("La détente peut être relâchée. ") + next;
+    QTest::newRow("defined, held") << MeasureModeEnumClass::DEFINED << false << "la mesure dure 3 s"
+                                   << QStringLiteral("La détente peut être relâchée. ") + next;
+    QTest::newRow("defined, released")
+        << MeasureModeEnumClass::DEFINED << true << "la mesure dure 3 s" << tooSoon;
+}
+
+void TstInterfaceInstrument::advice_isRightInEachStateOfAShot()
+try {
+    QFETCH(MeasureModeEnumClass::MeasureMode, mode);
+    QFETCH(bool, isReleased);
+    QFETCH(QString, hold);
+    QFETCH(QString, after);
+    Showcase &showcase = *m_showcase;
+    const auto says = [&showcase](const QString &text) { return isSaid(showcase.window, text); };
+    const auto waitToRead = [&](const QString &text) {
+        showcase.hand->waitFor([&] { return says(text); }, QStringLiteral("to be read: ") + text, 30000);
+    };
+    showcase->setMeasureTime(3);
+    showcase.open(QStringLiteral("DirectScreen"));
+    showcase.setMeasureMode(mode);
+    // Near the threshold an automatic measure takes its time.
+    run(QStringLiteral("sample"),
+        {{QStringLiteral("concentration"), mode == MeasureModeEnumClass::AUTO ? 1.2 : 4.0}});
+    waitToRead(QStringLiteral("Appliquez l'appareil, pressez la détente et maintenez-la."));
+    MeasureListModel *measures = showcase->directMeasures;
+    pressUntilAResult(measures);
+    QVERIFY(says(hold));
+    if (mode == MeasureModeEnumClass::TRIGGER)
+        waitToRead(QStringLiteral("relâchez la détente"));
+    if (isReleased)
+        run(QStringLiteral("release"));
+    showcase.hand->waitFor([&] { return showcase->acquisitionMode() == AcquisitionModeEnumClass::NONE; },
+                           QStringLiteral("the shot is to end"), 30000);
+    waitToRead(after);
+    QVERIFY(!says(QStringLiteral("Relâchez")));
+    QVERIFY(!says(QStringLiteral("Maintenez")));
+    QCOMPARE(says(QStringLiteral("peut être relâchée")), !isReleased);
+    if (!isReleased)
+        run(QStringLiteral("release"));
+    // What was advised works.
+    waitForMsp(QStringLiteral("READY_HARD"));
+    run(QStringLiteral("press"));
+    showcase.hand->waitFor([&] { return measures->count() == 2; },
+                           QStringLiteral("another measure is to begin"));
+    run(QStringLiteral("release"));
+    waitUntilIdle();
+} catch (const Failure &failure) {
+    QFAIL(qUtf8Printable(failure.text));
+}
+
 void TstInterfaceInstrument::faultInAShot_isSaidAndAcknowledged()
 try {
     Showcase &showcase = *m_showcase;
@@ -341,6 +405,7 @@ try {
     QVERIFY(isSaid(showcase.window, QStringLiteral("Problème de Haute Tension")));
     run(QStringLiteral("release"));
     waitUntilIdle();
+    QVERIFY(isSaid(showcase.window, QStringLiteral("Acquittez l'erreur avant une nouvelle mesure.")));
     showcase.hand->tap(QStringLiteral("Acquitter"));
     QVERIFY(!showcase.hand->see(QStringLiteral("Acquitter")));
     // The trigger is live again.
