@@ -4,6 +4,7 @@
 
 #include <QDate>
 
+#include <battery.h>
 #include <failure.h>
 #include <halvarcontroller.h>
 #include <pin.h>
@@ -37,6 +38,7 @@ void Tour::run()
     leaveOutUnit();
     finishDiagnostic();
     openAgain();
+    meetRareStates();
     service();
 }
 
@@ -71,12 +73,18 @@ void Tour::unlock()
     picture(QStringLiteral("code-three-digits"));
     m_hand.tap(QStringLiteral("clearDigit"));
     m_hand.tap(QStringLiteral("clearAll"));
-    // Keys do as well as fingers; a wrong code first.
-    for (const Qt::Key key : {Qt::Key_5, Qt::Key_4, Qt::Key_3, Qt::Key_2, Qt::Key_1})
-        m_hand.key(key);
-    picture(QStringLiteral("code-refused"));
-    m_hand.waitFor([this] { return m_controller.pin->property("nbDigits").toInt() == 0; },
-                   QStringLiteral("a refused code is to be cleared"));
+    // Keys do as well as fingers; wrong codes first.
+    for (int attempt = 0; attempt < 3; ++attempt) {
+        for (const Qt::Key key : {Qt::Key_5, Qt::Key_4, Qt::Key_3, Qt::Key_2, Qt::Key_1})
+            m_hand.key(key);
+        if (attempt == 0)
+            picture(QStringLiteral("code-refused"));
+        m_hand.waitFor([this] { return m_controller.pin->property("nbDigits").toInt() == 0; },
+                       QStringLiteral("a refused code is to be cleared"));
+    }
+    m_hand.waitFor([this] { return !m_hand.see(QStringLiteral("1")); },
+                   QStringLiteral("the keypad is to rest"));
+    picture(QStringLiteral("code-locked"));
     for (const char *digit : {"1", "2", "3", "4", "5"})
         m_hand.tap(QLatin1String(digit));
     m_hand.waitForScreen(QStringLiteral("HomeScreen"));
@@ -98,6 +106,22 @@ void Tour::place(double concentration, const QString &substrate)
 {
     instrument(QStringLiteral("sample"),
                {{QStringLiteral("concentration"), concentration}, {QStringLiteral("substrate"), substrate}});
+}
+
+void Tour::setSpeed(double speed)
+{
+    instrument(QStringLiteral("speed"), {{QStringLiteral("value"), speed}});
+}
+
+void Tour::setBattery(int microvolts, bool low)
+{
+    instrument(QStringLiteral("battery"), {{QStringLiteral("value"), microvolts}});
+    m_hand.waitFor(
+        [&] {
+            return (m_controller.battery->property("level").toInt() <= BatteryLevelsEnumClass::LEVEL_VERY_LOW)
+                == low;
+        },
+        QStringLiteral("the battery is to be looked at"), 30000);
 }
 
 void Tour::press()
@@ -129,8 +153,7 @@ void Tour::shoot(int results)
 {
     press();
     hold(results);
-    instrument(QStringLiteral("release"));
-    m_hand.waitFor([this] { return isIdle(); }, QStringLiteral("the shot is to end"), 30000);
+    release();
 }
 
 void Tour::pick(const QString &row, const QString &title)
@@ -150,9 +173,9 @@ void Tour::checkAccuracy()
     m_hand.tap(QStringLiteral("startAccuracy"));
     m_hand.pause(1500);
     picture(QStringLiteral("accuracy-running"));
-    instrument(QStringLiteral("speed"), {{QStringLiteral("value"), 20}});
+    setSpeed(20);
     m_hand.waitFor([this] { return isIdle(); }, QStringLiteral("the accuracy check is to end"), 30000);
-    instrument(QStringLiteral("speed"), {{QStringLiteral("value"), 1}});
+    setSpeed(1);
     m_hand.find(QStringLiteral("startAccuracy"));
     picture(QStringLiteral("accuracy-result"));
     back(QStringLiteral("HomeScreen"));
@@ -166,7 +189,7 @@ void Tour::calibrate()
     m_hand.tap(QStringLiteral("startCalibration"));
     m_hand.pause(1500);
     picture(QStringLiteral("calibration-running"));
-    instrument(QStringLiteral("speed"), {{QStringLiteral("value"), 20}});
+    setSpeed(20);
     m_hand.find(QStringLiteral("startCalibration"), 30000);
     picture(QStringLiteral("calibration-done"));
     instrument(QStringLiteral("calibration"), {{QStringLiteral("outcome"), QStringLiteral("error")}});
@@ -175,7 +198,7 @@ void Tour::calibrate()
     m_hand.find(QStringLiteral("startCalibration"), 30000);
     picture(QStringLiteral("calibration-failed"));
     instrument(QStringLiteral("calibration"), {{QStringLiteral("outcome"), QStringLiteral("success")}});
-    instrument(QStringLiteral("speed"), {{QStringLiteral("value"), 1}});
+    setSpeed(1);
     if (m_hand.see(QStringLiteral("bannerButton")))
         m_hand.tap(QStringLiteral("Acquitter"));
     back(QStringLiteral("HomeScreen"));
@@ -187,6 +210,7 @@ void Tour::measureDirectly()
     m_hand.waitForScreen(QStringLiteral("DirectScreen"));
     picture(QStringLiteral("direct-ready"));
     place(3.2, QStringLiteral("bois"));
+    setSpeed(0.5);
     press();
     picture(QStringLiteral("direct-shutter-open"));
     m_hand.waitFor([this] { return m_controller.acquisitionMode() == AcquisitionModeEnumClass::MEASURE; },
@@ -194,7 +218,7 @@ void Tour::measureDirectly()
     picture(QStringLiteral("direct-settling"));
     hold(2);
     picture(QStringLiteral("direct-measuring"));
-    hold(5);
+    hold(4);
     picture(QStringLiteral("direct-decided"));
     // Back in the middle of a shot: there is a question first.
     m_hand.tap(QStringLiteral("back"));
@@ -203,6 +227,7 @@ void Tour::measureDirectly()
     m_hand.tap(QStringLiteral("Continuer la mesure"));
     instrument(QStringLiteral("release"));
     m_hand.waitFor([this] { return isIdle(); }, QStringLiteral("the shot is to end"));
+    setSpeed(1);
     picture(QStringLiteral("direct-done"));
 
     m_hand.tap(QStringLiteral("measureSettings"));
@@ -211,7 +236,7 @@ void Tour::measureDirectly()
     m_hand.tap(QStringLiteral("nbMeasuresLess"));
     picture(QStringLiteral("settings"));
     back(QStringLiteral("DirectScreen"));
-    instrument(QStringLiteral("speed"), {{QStringLiteral("value"), 4}});
+    setSpeed(4);
     place(0.2, QStringLiteral("plâtre"));
     shoot(1000);
     place(1.0, QStringLiteral("métal"));
@@ -223,7 +248,7 @@ void Tour::measureDirectly()
 void Tour::meetFaults()
 {
     m_hand.tap(QStringLiteral("lightButton"));
-    instrument(QStringLiteral("battery"), {{QStringLiteral("value"), 3480000}});
+    setBattery(3480000, true);
     instrument(QStringLiteral("mspEvent"),
                {{QStringLiteral("event"), QStringLiteral("SYS_ERR")}, {QStringLiteral("code"), 1}});
     m_hand.find(QStringLiteral("Vu"));
@@ -236,7 +261,7 @@ void Tour::meetFaults()
     m_hand.waitForScreen(QStringLiteral("ShocksScreen"));
     m_hand.tap(QStringLiteral("Vu"));
     picture(QStringLiteral("shocks"));
-    instrument(QStringLiteral("battery"), {{QStringLiteral("value"), 3950000}});
+    setBattery(3950000, false);
     m_hand.tap(QStringLiteral("lightButton"));
     m_hand.tap(QStringLiteral("wifiButton"));
     picture(QStringLiteral("wifi-off"));
@@ -348,11 +373,12 @@ void Tour::lookAround()
     m_hand.tap(QStringLiteral("addUnit"));
     m_hand.waitForScreen(QStringLiteral("UnitScreen"));
     picture(QStringLiteral("unit"));
+    setSpeed(0.5);
     press();
     hold(2);
     picture(QStringLiteral("unit-measuring"));
-    instrument(QStringLiteral("release"));
-    m_hand.waitFor([this] { return isIdle(); }, QStringLiteral("the shot is to end"), 30000);
+    setSpeed(1);
+    release();
     back(QStringLiteral("UnitsScreen"));
 }
 
@@ -362,11 +388,11 @@ void Tour::measureUnit()
     instrument(QStringLiteral("detector"), {{QStringLiteral("sigma"), 0.15}});
     instrument(QStringLiteral("seed"), {{QStringLiteral("value"), 11}});
     place(1.3, QStringLiteral("plâtre"));
-    instrument(QStringLiteral("speed"), {{QStringLiteral("value"), 1}});
+    setSpeed(0.5);
     press();
     hold(2);
     picture(QStringLiteral("unit-measuring"));
-    instrument(QStringLiteral("speed"), {{QStringLiteral("value"), 4}});
+    setSpeed(4);
     m_hand.waitFor([this] { return isIdle(); }, QStringLiteral("the shot is to end"), 30000);
     instrument(QStringLiteral("release"));
     picture(QStringLiteral("unit-positive"));
@@ -395,6 +421,10 @@ void Tour::continueUnit()
     picture(QStringLiteral("unit-first-of-two"));
     shoot(1000);
     picture(QStringLiteral("unit-negative"));
+    m_hand.tap(QStringLiteral("removeUnit"));
+    m_hand.find(QStringLiteral("yes"));
+    picture(QStringLiteral("unit-remove"));
+    m_hand.tap(QStringLiteral("no"));
 }
 
 void Tour::leaveOutUnit()
@@ -472,6 +502,14 @@ void Tour::service()
     m_hand.waitForScreen(QStringLiteral("ServiceScreen"));
     m_hand.pause(200);
     picture(QStringLiteral("service"));
+    m_hand.tap(QStringLiteral("wifiPassword"));
+    m_hand.tap(QStringLiteral("refresh"));
+    m_hand.pause(200);
+    picture(QStringLiteral("service-lower"));
+    m_hand.tap(QStringLiteral("removeMeasureFiles"));
+    m_hand.find(QStringLiteral("yes"));
+    picture(QStringLiteral("service-erase"));
+    m_hand.tap(QStringLiteral("no"));
     m_hand.tap(QStringLiteral("log"));
     m_hand.waitForScreen(QStringLiteral("LogScreen"));
     m_hand.tap(QStringLiteral("moreLog"));

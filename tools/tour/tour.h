@@ -44,11 +44,21 @@ private:
     void leaveOutUnit();
     void finishDiagnostic();
     void openAgain();
+    void meetRareStates();
+    void notReady();
+    void failChecks();
+    void failShots();
+    void exhaustCalibration();
     void service();
 
     // The hand on the instrument.
     void place(double concentration, const QString &substrate);
+    /// Instrument seconds per real second. Four pictures need a second: results come slower where they show.
+    void setSpeed(double speed);
+    void setBattery(int microvolts, bool low);
     void press();
+    void release();
+    void acknowledge();
     void hold(int results);
     /// A whole shot; in the mode of the trigger it is held for so many results.
     void shoot(int results);
