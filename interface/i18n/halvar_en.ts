@@ -79,6 +79,10 @@
         <source>tir n° %1</source>
         <translation>shot no. %1</translation>
     </message>
+    <message>
+        <source>Refaire le contrôle</source>
+        <translation>Repeat the check</translation>
+    </message>
 </context>
 <context>
     <name>Banners</name>

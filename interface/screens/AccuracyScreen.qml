@@ -140,7 +140,7 @@ Screen {
                     enabled: !Instrument.busy && screen.result !== null
                     highlighted: true
                     sign: "balance"
-                    text: qsTr("Démarrer le contrôle")
+                    text: screen.result && screen.result.idNAP >= 0 ? qsTr("Refaire le contrôle") : qsTr("Démarrer le contrôle")
                     onClicked: screen.start()
                 }
                 SignButton {
