@@ -65,8 +65,8 @@ Rectangle {
             if (!Instrument.unit)
                 return qsTr("La détente est sans effet.");
             return Instrument.unit.statut === UDStatutEnumClass.SKIPPED
-                ? qsTr("L'unité n'est pas à mesurer : la détente est sans effet.")
-                : qsTr("L'unité a son résultat : la détente est sans effet.");
+                ? qsTr("La détente est sans effet. L'unité n'est pas à mesurer.")
+                : qsTr("La détente est sans effet. L'unité a son résultat.");
         }
     }
     // What to do once a shot is over. In the trigger's own mode, and when a shot was given up, its release was the end. A

@@ -231,10 +231,6 @@
         </translation>
     </message>
     <message>
-        <source>Contrôles de justesse</source>
-        <translation>Accuracy checks</translation>
-    </message>
-    <message>
         <source>Adresse ou lieu</source>
         <translation>Address or place</translation>
     </message>
@@ -259,8 +255,12 @@
         <translation>no check made</translation>
     </message>
     <message>
-        <source>%1&#xa0;: justesse %2</source>
-        <translation>%1: accuracy %2</translation>
+        <source>Justesse</source>
+        <translation>Accuracy checks</translation>
+    </message>
+    <message>
+        <source>%1&#xa0;: %2</source>
+        <translation>%1: %2</translation>
     </message>
 </context>
 <context>
@@ -1099,12 +1099,12 @@
         <translation>Keep holding the trigger until the decision is final.</translation>
     </message>
     <message>
-        <source>L&apos;unité n&apos;est pas à mesurer&#xa0;: la détente est sans effet.</source>
-        <translation>The unit is not to be measured: the trigger does nothing.</translation>
+        <source>La détente est sans effet. L&apos;unité n&apos;est pas à mesurer.</source>
+        <translation>The trigger has no effect. The unit is not to be measured.</translation>
     </message>
     <message>
-        <source>L&apos;unité a son résultat&#xa0;: la détente est sans effet.</source>
-        <translation>The unit has its result: the trigger does nothing.</translation>
+        <source>La détente est sans effet. L&apos;unité a son résultat.</source>
+        <translation>The trigger has no effect. The unit has its result.</translation>
     </message>
     <message>
         <source>Acquittez l&apos;erreur avant une nouvelle mesure.</source>
