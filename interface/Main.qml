@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 import QtQuick 2.15
 import QtQuick.Controls 2.15
+import QtQuick.Window 2.15 as Window
 import HalvarComponents 1.0
 import HalvarStyle 1.0
 
@@ -14,6 +15,12 @@ ApplicationWindow {
     // Taps are not taken yet: the screen has just changed.
     readonly property bool settling: Nav.settling
 
+    // What there is for windows. On a screen larger than the instrument's own, a frame and a bar stand beside them; one
+    // that is very low takes the window lying.
+    property size desktop: Qt.size(Window.Screen.desktopAvailableWidth, Window.Screen.desktopAvailableHeight)
+    readonly property real room: desktop.width > 800 ? desktop.height - 80 : 800
+    readonly property bool lying: landscape || room < 600
+
     onNightChanged: Theme.night = night
     onActiveFocusItemChanged: {
         var reason = activeFocusItem ? activeFocusItem.focusReason : Qt.NoFocusReason;
@@ -21,8 +28,8 @@ ApplicationWindow {
             Nav.byKeys = true;
     }
     title: qsTr("Analyseur")
-    width: landscape ? 800 : 480
-    height: landscape ? 480 : 800
+    width: lying ? 800 : 480
+    height: Math.max(minimumHeight, Math.min(lying ? 480 : 800, room))
     minimumWidth: 400
     minimumHeight: 400
     visible: true

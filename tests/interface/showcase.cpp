@@ -52,14 +52,14 @@ void Showcase::setConfig(const QString &key, const QString &value)
     file.write(text.toUtf8());
 }
 
-Showcase::Showcase(const QLocale &locale)
+Showcase::Showcase(const QLocale &locale, const QVariantMap &properties)
     : m_prepared(prepareOnce())
 {
     config.read(home());
     database.read(home());
     controller = std::make_unique<HalvarController>(home(), &config, &database);
     interface = std::make_unique<Interface>(*controller, config, database, locale);
-    window = interface->load();
+    window = interface->load(properties);
     if (!window)
         throw Failure{watch.warnings().join(QLatin1Char('\n'))};
     hand = std::make_unique<Hand>(window);

@@ -25,7 +25,9 @@ public:
     /// Rewrites one value of the configuration of /data/lambrik.
     static void setConfig(const QString &key, const QString &value);
 
-    explicit Showcase(const QLocale &locale = QLocale(QStringLiteral("fr_FR")));
+    /// \param properties initial ones of Main.qml.
+    explicit Showcase(const QLocale &locale = QLocale(QStringLiteral("fr_FR")),
+                      const QVariantMap &properties = {});
     ~Showcase();
 
     HalvarController *operator->() const { return controller.get(); }

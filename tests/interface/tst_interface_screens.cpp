@@ -116,6 +116,8 @@ private slots:
     void everyScreen_isRightInBothOrientations_data();
     void everyScreen_isRightInBothOrientations();
     void expiredSourceShockAndError_leaveEveryScreenUsable();
+    void smallScreen_isFitted_data();
+    void smallScreen_isFitted();
     void emptyReferenceLists_areSaidToBeEmpty();
     void missingPicture_isReplacedByASign();
 };
@@ -188,6 +190,48 @@ try {
     QStringList found = lookAtAll(showcase, QStringLiteral("Cuisine"), Strictness::Everything);
     VERIFY_NOTHING_FOUND(found);
     Showcase::fillHome();
+} catch (const Failure &failure) {
+    QFAIL(qUtf8Printable(failure.text));
+}
+
+void TstInterfaceScreens::smallScreen_isFitted_data()
+{
+    QTest::addColumn<QSizeF>("desktop");
+    QTest::addColumn<bool>("landscape");
+    QTest::addColumn<QSize>("window");
+    QTest::newRow("the instrument's own") << QSizeF(480, 800) << false << QSize(480, 800);
+    QTest::newRow("the instrument's own, turned") << QSizeF(800, 480) << true << QSize(800, 480);
+    QTest::newRow("large desktop") << QSizeF(1920, 1040) << false << QSize(480, 800);
+    QTest::newRow("laptop") << QSizeF(1366, 728) << false << QSize(480, 648);
+    QTest::newRow("laptop, turned") << QSizeF(1366, 728) << true << QSize(800, 480);
+    QTest::newRow("old laptop") << QSizeF(1024, 560) << false << QSize(800, 480);
+}
+
+void TstInterfaceScreens::smallScreen_isFitted()
+try {
+    QFETCH(QSizeF, desktop);
+    QFETCH(bool, landscape);
+    QFETCH(QSize, window);
+    Showcase showcase(QLocale(QStringLiteral("fr_FR")),
+                      {{QStringLiteral("desktop"), desktop}, {QStringLiteral("landscape"), landscape}});
+    QCOMPARE(showcase.window->size(), window);
+    showcase.settleAtOnce();
+    showcase->waitingForGo();
+    showcase.hand->waitForScreen(QStringLiteral("PinScreen"));
+    QCOMPARE(complaints(showcase.window), QStringList());
+    showcase.unlock();
+    addUnit(showcase, QStringLiteral("Cuisine"), QStringLiteral("Mur"));
+    QStringList found;
+    const auto all = screens(showcase, QStringLiteral("Cuisine"));
+    for (const auto &[name, properties] : all) {
+        showcase.open(name, properties);
+        const QStringList seen = complaints(showcase.window);
+        for (const QString &complaint : seen)
+            found.append(QStringLiteral("%1: %2").arg(name, complaint));
+        showcase.hand->key(Qt::Key_Escape);
+        showcase.hand->waitForScreen(QStringLiteral("HomeScreen"));
+    }
+    VERIFY_NOTHING_FOUND(found + showcase.watch.warnings());
 } catch (const Failure &failure) {
     QFAIL(qUtf8Printable(failure.text));
 }
