@@ -119,10 +119,12 @@ void DiagnosticFiles::setFollowing(bool following)
     if (m_following == following)
         return;
     m_following = following;
-    if (following)
+    const QStringList watched = m_watcher.directories();
+    if (following) {
         refresh();
-    else if (!m_watcher.directories().isEmpty())
-        m_watcher.removePaths(m_watcher.directories());
+    } else if (!watched.isEmpty()) {
+        m_watcher.removePaths(watched);
+    }
     emit followingChanged();
 }
 
