@@ -98,7 +98,11 @@ Screen {
         emptyText: screen.wanted === "" ? qsTr("Cette liste est vide.") : qsTr("Rien ne correspond à « %1 ».").arg(screen.wanted)
         currentIndex: proxy.findCurrentIndex(screen.current)
         Accessible.name: screen.title
-        onCountChanged: {
+        onCountChanged: Qt.callLater(showCurrent)
+        // What stands above the rows may get its height after them.
+        readonly property real above: headerItem ? headerItem.height : 0
+        onAboveChanged: Qt.callLater(showCurrent)
+        function showCurrent() {
             if (currentIndex > 0)
                 positionViewAtIndex(currentIndex, ListView.Contain);
             else

@@ -4,6 +4,7 @@
 // How many delegates the lists make, with more rows than anybody scrolls through.
 #include <QFile>
 #include <QQuickItem>
+#include <QQuickWindow>
 #include <QtTest>
 
 #include <QsLog.h>
@@ -39,6 +40,7 @@ class TstInterfaceLongLists : public ShowcaseTest
 
 private slots:
     void tenThousandUnits_needNoMoreDelegatesThanFit();
+    void rowAboveAList_isWholeWhenItOpens();
     void everyLongList_makesNoMoreDelegatesThanFit_data();
     void everyLongList_makesNoMoreDelegatesThanFit();
 };
@@ -85,6 +87,24 @@ try {
         QVERIFY2(delegatesOf(list) <= 2 * fit, qPrintable(QString::number(delegatesOf(list))));
     }
     QVERIFY2(made.size() <= 3 * fit, qPrintable(QString::number(made.size())));
+} catch (const Failure &failure) {
+    QFAIL(qUtf8Printable(failure.text));
+}
+
+void TstInterfaceLongLists::rowAboveAList_isWholeWhenItOpens()
+try {
+    Showcase &showcase = *m_showcase;
+    showcase.unlock();
+    showcase.window->resize(480, 640);
+    showcase.hand->pause(50);
+    showcase.open(QStringLiteral("PickScreen"),
+                  {{QStringLiteral("items"), showcase.object(QStringLiteral("statesOfDegradation"))},
+                   {QStringLiteral("allowNone"), true}});
+    showcase.hand->pause(100);
+    const QQuickItem *list = itemNamed(QStringLiteral("pickList"));
+    const QQuickItem *row = itemNamed(QStringLiteral("none"));
+    const double y = row->mapToItem(list, QPointF()).y();
+    QVERIFY2(y >= 0, qPrintable(QString::number(y)));
 } catch (const Failure &failure) {
     QFAIL(qUtf8Printable(failure.text));
 }
