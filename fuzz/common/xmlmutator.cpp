@@ -263,9 +263,8 @@ private:
         const std::size_t chosen = any([this](std::size_t i) { return isValue(i); });
         const bool everywhere = below(4) == 0;
         for (std::size_t at = 0; at < m_tokens.size(); ++at) {
-            std::string &text = m_tokens[at].text;
             if (isValue(at) && (everywhere || at == chosen))
-                text.insert(below(text.size() + 1), sign);
+                m_tokens[at].text.insert(below(m_tokens[at].text.size() + 1), sign);
         }
     }
     void mutateText()
