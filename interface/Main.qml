@@ -71,7 +71,7 @@ ApplicationWindow {
                 currentItem.takeFocus();
         }
         Keys.onPressed: function(event) {
-            Nav.byKeys = true;
+            Nav.seeKey(event);
             event.accepted = false;
         }
     }

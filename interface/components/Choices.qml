@@ -25,7 +25,7 @@ ListView {
     highlightMoveDuration: 0
     currentIndex: 0
     Keys.onPressed: function(event) {
-        Nav.byKeys = true;
+        Nav.seeKey(event);
         event.accepted = false;
     }
     Keys.onUpPressed: move(false)

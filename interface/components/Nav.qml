@@ -61,6 +61,11 @@ Item {
         stack.pop(StackView.Immediate);
     }
 
+    // What is typed into a field that was touched, and the Return that ends it, lead nowhere.
+    function seeKey(event) {
+        var leading = [Qt.Key_Tab, Qt.Key_Backtab, Qt.Key_Up, Qt.Key_Down, Qt.Key_Left, Qt.Key_Right];
+        byKeys = byKeys || leading.indexOf(event.key) >= 0;
+    }
     // Gives the keys to a control.
     function focus(item) {
         var reason = byKeys ? Qt.TabFocusReason : Qt.OtherFocusReason;

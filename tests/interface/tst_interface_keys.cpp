@@ -32,6 +32,7 @@ private slots:
     void removedRow_leavesTheKeysInTheList();
     void typing_searchesWhereverTheKeysAre();
     void focus_isShownToWhoeverUsesKeysOnly();
+    void returnAfterTyping_showsNoFocus();
     void heldKey_pressesOnce();
 
 private:
@@ -374,6 +375,23 @@ try {
     QVERIFY(!showcase->property("coulures").toBool());
     showcase.hand->key(Qt::Key_Return);
     QVERIFY(showcase->property("coulures").toBool());
+} catch (const Failure &failure) {
+    QFAIL(qUtf8Printable(failure.text));
+}
+
+void TstInterfaceKeys::returnAfterTyping_showsNoFocus()
+try {
+    Showcase &showcase = *m_showcase;
+    showcase.unlock();
+    addUnits();
+    showcase.open(QStringLiteral("UnitScreen"), {{QStringLiteral("row"), 0}});
+    showcase.hand->fill(QStringLiteral("observation"), QStringLiteral("Derrière le radiateur"));
+    showcase.hand->key(Qt::Key_Return);
+    QQuickItem *row = itemNamed(QStringLiteral("element"));
+    row->forceActiveFocus();
+    QVERIFY(!row->property("focused").toBool());
+    showcase.hand->key(Qt::Key_Down);
+    QVERIFY(itemNamed(QStringLiteral("substrate"))->property("focused").toBool());
 } catch (const Failure &failure) {
     QFAIL(qUtf8Printable(failure.text));
 }
