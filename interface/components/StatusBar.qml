@@ -156,7 +156,7 @@ Rectangle {
             text: controller.light ? qsTr("Lampe allumée : éteindre") : qsTr("Allumer la lampe")
             onClicked: controller.light = !controller.light
             Text {
-                anchors { right: parent.right; bottom: parent.bottom; margins: 3 }
+                anchors { right: parent.right; bottom: parent.bottom; rightMargin: 6; bottomMargin: 3 }
                 visible: controller.light && bar.lightLeft > 0
                 text: bar.lightLeft
                 color: lightButton.ink
