@@ -45,7 +45,7 @@ Screen {
     }
 
     Keys.onPressed: function(event) {
-        Nav.byKeys = true;
+        Nav.seeKey(event);
         if (event.key >= Qt.Key_0 && event.key <= Qt.Key_9) {
             enter(String(event.key - Qt.Key_0));
             event.accepted = true;

@@ -33,6 +33,7 @@ private slots:
     void typing_searchesWhereverTheKeysAre();
     void focus_isShownToWhoeverUsesKeysOnly();
     void returnAfterTyping_showsNoFocus();
+    void codeTypedByKeys_showsNoFocus();
     void heldKey_pressesOnce();
 
 private:
@@ -392,6 +393,20 @@ try {
     QVERIFY(!row->property("focused").toBool());
     showcase.hand->key(Qt::Key_Down);
     QVERIFY(itemNamed(QStringLiteral("substrate"))->property("focused").toBool());
+} catch (const Failure &failure) {
+    QFAIL(qUtf8Printable(failure.text));
+}
+
+void TstInterfaceKeys::codeTypedByKeys_showsNoFocus()
+try {
+    Showcase &showcase = *m_showcase;
+    showcase.unlock();
+    QTRY_COMPARE(focused(), QStringLiteral("tile_diagnostics"));
+    const QQuickItem *tile = showcase.window->activeFocusItem();
+    QVERIFY(!tile->property("visualFocus").toBool());
+    showcase.hand->key(Qt::Key_Down);
+    QVERIFY(showcase.window->activeFocusItem() != tile);
+    QVERIFY(showcase.window->activeFocusItem()->property("visualFocus").toBool());
 } catch (const Failure &failure) {
     QFAIL(qUtf8Printable(failure.text));
 }

@@ -464,8 +464,7 @@ void Tour::finishDiagnostic()
     m_hand.tap(QStringLiteral("humidite"));
     picture(QStringLiteral("diagnostic"));
     back(QStringLiteral("DiagnosticsScreen"));
-    m_hand.key(Qt::Key_Escape);
-    m_hand.waitForScreen(QStringLiteral("HomeScreen"));
+    back(QStringLiteral("HomeScreen"));
     picture(QStringLiteral("home-open-diagnostic"));
 }
 
