@@ -150,6 +150,10 @@
         <translation>Last calibration: %1</translation>
     </message>
     <message>
+        <source>Dernier essai&#xa0;: un échec bloquera le calibrage.</source>
+        <translation>Last attempt: a failure will block calibration.</translation>
+    </message>
+    <message>
         <source>Essais restants&#xa0;: %1 sur %2</source>
         <translation>Attempts left: %1 of %2</translation>
     </message>

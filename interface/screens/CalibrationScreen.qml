@@ -93,8 +93,12 @@ Screen {
             }
             Body {
                 width: parent.width
-                text: qsTr("Essais restants : %1 sur %2").arg(Instrument.calibrationAttemptsLeft)
-                    .arg(config.Nbr_Energy_Adj_Test())
+                objectName: "attempts"
+                // Only a failure ends it: one that was stopped may be started again.
+                text: Instrument.calibrationAttemptsLeft === 0 && !screen.exhausted
+                    ? qsTr("Dernier essai : un échec bloquera le calibrage.")
+                    : qsTr("Essais restants : %1 sur %2").arg(Instrument.calibrationAttemptsLeft)
+                          .arg(config.Nbr_Energy_Adj_Test())
             }
             ProgressBar {
                 width: parent.width
