@@ -20,6 +20,7 @@ Screen {
             refusal = qsTr("Un diagnostic porte déjà ce nom.");
         if (refusal !== "") {
             nameField.forceActiveFocus();
+            nameField.cursorPosition = nameField.length;
             return;
         }
         unsavedDialog.saveThen(function() {

@@ -11,6 +11,7 @@ Item {
     width: 480
     height: 800
 
+    Component { id: newDiagnostic; NewDiagnosticScreen { anchors.fill: parent } }
     Component { id: calibrationScreen; CalibrationScreen { anchors.fill: parent } }
 
     ComponentTest {
@@ -18,6 +19,16 @@ Item {
 
         function cleanupTestCase() { Instrument.calibrationAttempts = 0; }
 
+        function test_refusedName_isGoneOnWithAtItsEnd() {
+            var screen = createTemporaryObject(newDiagnostic, stage);
+            var field = named(screen, "name");
+            mouseClick(field);
+            field.text = "Cave/7";
+            mouseClick(named(screen, "create"));
+            verify(says(screen, "Le nom ne peut pas contenir"));
+            verify(field.activeFocus);
+            compare(field.cursorPosition, 6);
+        }
         function test_attempts_areCountedUntilAFailureWouldBeFinal_data() {
             return [{ tag: "none yet", attempts: 0, text: "Essais restants : 3 sur 3" },
                     { tag: "one left", attempts: 2, text: "Essais restants : 1 sur 3" },
