@@ -15,7 +15,17 @@ Rectangle {
     // Nobody can measure yet, ready or not.
     property bool waiting: false
     readonly property bool ready: error.readyForAcquisition
-    readonly property color readyColor: !ready ? Theme.undecided : waiting ? Theme.neutral : Theme.negative
+    readonly property var readiness: {
+        if (!ready)
+            return { sign: "warning", tint: Theme.undecided, word: qsTr("Pas prêt") };
+        // No measure comes of it, whatever the service said last.
+        if (error.errorMessage !== "")
+            return { sign: "warning", tint: Theme.alarm, word: qsTr("Erreur") };
+        if (Instrument.silent)
+            return { sign: "warning", tint: Theme.undecided, word: qsTr("Sans réponse") };
+        return waiting ? { sign: "wait", tint: Theme.neutral, word: qsTr("En attente") }
+                       : { sign: "check", tint: Theme.negative, word: qsTr("Prêt") };
+    }
 
     implicitHeight: Theme.touch + (wide ? 0 : 28)
     color: Theme.surface
@@ -79,7 +89,7 @@ Rectangle {
             }
         }
         Item {
-            id: readiness
+            id: readyItem
             width: readyRow.implicitWidth
             height: parent.height
             Accessible.role: Accessible.Indicator
@@ -91,15 +101,15 @@ Rectangle {
                 spacing: 6
                 Icon {
                     anchors.verticalCenter: parent.verticalCenter
-                    name: !bar.ready ? "warning" : bar.waiting ? "wait" : "check"
-                    color: bar.readyColor
+                    name: bar.readiness.sign
+                    color: bar.readiness.tint
                 }
                 Column {
                     anchors.verticalCenter: parent.verticalCenter
                     Text {
                         id: readyWord
-                        text: !bar.ready ? qsTr("Pas prêt") : bar.waiting ? qsTr("En attente") : qsTr("Prêt")
-                        color: bar.readyColor
+                        text: bar.readiness.word
+                        color: bar.readiness.tint
                         font { pixelSize: Theme.fontSmall; weight: Font.DemiBold }
                     }
                     Text {

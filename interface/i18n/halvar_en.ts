@@ -1212,6 +1212,14 @@
         <source>Wi-Fi désactivé</source>
         <translation>Wi-Fi off</translation>
     </message>
+    <message>
+        <source>Erreur</source>
+        <translation>Error</translation>
+    </message>
+    <message>
+        <source>Sans réponse</source>
+        <translation>No answer</translation>
+    </message>
 </context>
 <context>
     <name>Stepper</name>

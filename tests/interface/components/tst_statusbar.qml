@@ -44,6 +44,25 @@ Item {
             bar.waiting = false;
             verify(says(bar, "Prêt"));
         }
+        function test_errorOrSilence_isNotReady_data() {
+            return [{ tag: "error", message: "Anomalie DAC - Erreur S4", silent: false, word: "Erreur" },
+                    { tag: "silence", message: "", silent: true, word: "Sans réponse" },
+                    { tag: "both", message: "Anomalie DAC - Erreur S4", silent: true, word: "Erreur" }];
+        }
+        function test_errorOrSilence_isNotReady(data) {
+            var bar = createTemporaryObject(statusBar, stage);
+            bench.conditions(true, 21, 1200);
+            verify(says(bar, "Prêt"));
+            bench.setError(data.message);
+            Instrument.silent = data.silent;
+            var told = says(bar, data.word) && !says(bar, "Prêt");
+            var sign = itemsOf(bar).some(function(item) { return item.name === "check"; });
+            bench.setError("");
+            Instrument.silent = false;
+            verify(told);
+            verify(!sign);
+            verify(says(bar, "Prêt"));
+        }
         function test_battery_isAWord_data() {
             return [{ tag: "full", microvolts: 4100000 }, { tag: "low", microvolts: 3480000 }];
         }
