@@ -53,7 +53,7 @@ Rectangle {
                 return qsTr("Maintenez : la mesure dure %1 s.").arg(controller.measureTime);
             return qsTr("Maintenez : la mesure s'arrête d'elle-même.");
         case "silent":
-            return qsTr("Relâchez la détente et quittez cet écran. Les résultats affichés sont gardés.");
+            return qsTr("Relâchez la détente et quittez cet écran.");
         case "lost":
         case "done":
             return after;

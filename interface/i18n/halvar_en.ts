@@ -1075,10 +1075,6 @@
         <translation>The instrument has stopped answering</translation>
     </message>
     <message>
-        <source>Relâchez la détente et quittez cet écran. Les résultats affichés sont gardés.</source>
-        <translation>Release the trigger and leave this screen. The results shown are kept.</translation>
-    </message>
-    <message>
         <source>Mesure interrompue, sans résultat</source>
         <translation>Measurement interrupted, without a result</translation>
     </message>
@@ -1130,6 +1126,10 @@
         <source>La détente peut être relâchée. %1</source>
         <comment>followed by what comes next</comment>
         <translation>The trigger may be released. %1</translation>
+    </message>
+    <message>
+        <source>Relâchez la détente et quittez cet écran.</source>
+        <translation>Release the trigger and leave this screen.</translation>
     </message>
 </context>
 <context>
