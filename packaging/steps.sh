@@ -52,16 +52,16 @@ build() {
     fi
 }
 
-# run_tests PRESET [CTEST-OPTION...]: its tests, as many at a time as there are processors. Prints the runner's
-# closing line.
+# run_tests PRESET [CTEST-OPTION...]: its tests, one more at a time than there are processors, since many wait more than
+# they compute. Prints the runner's closing line.
 run_tests() {
-    local preset=$1 log start=$SECONDS status=0
+    local preset=$1 log start=$SECONDS status=0 jobs=$(($(nproc) + 1))
     shift
     log=$(mktemp)
     if [ -t 1 ]; then
-        ctest --preset "$preset" --parallel "$(nproc)" --progress "$@" || status=$?
+        ctest --preset "$preset" --parallel "$jobs" --progress "$@" || status=$?
     else
-        ctest --preset "$preset" --parallel "$(nproc)" "$@" >"$log" 2>&1 || status=$?
+        ctest --preset "$preset" --parallel "$jobs" "$@" >"$log" 2>&1 || status=$?
         if [ "$status" -ne 0 ]; then cat "$log"; else grep -E 'tests passed|tests failed' "$log"; fi
     fi
     rm -f "$log"
