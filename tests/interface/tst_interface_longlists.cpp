@@ -17,6 +17,7 @@
 #include <ud.h>
 #include <udlistmodel.h>
 
+#include "eye.h"
 #include "showcasetest.h"
 
 namespace {
@@ -43,6 +44,7 @@ private slots:
     void rowAboveAList_isWholeWhenItOpens();
     void everyLongList_makesNoMoreDelegatesThanFit_data();
     void everyLongList_makesNoMoreDelegatesThanFit();
+    void linesThatCome_standOneBelowTheOther();
 };
 
 void TstInterfaceLongLists::tenThousandUnits_needNoMoreDelegatesThanFit()
@@ -162,6 +164,33 @@ try {
     const int made = view->property("contentItem").value<QQuickItem *>()->childItems().size();
     QVERIFY2(made > 3, qPrintable(QString::number(made)));
     QVERIFY2(made <= bound, qPrintable(QStringLiteral("%1 of %2").arg(made).arg(bound)));
+} catch (const Failure &failure) {
+    QFAIL(qUtf8Printable(failure.text));
+}
+
+void TstInterfaceLongLists::linesThatCome_standOneBelowTheOther()
+try {
+    Showcase &showcase = *m_showcase;
+    showcase.unlock();
+    QStringList found;
+    for (int round = 0; round < 25; ++round) {
+        showcase.open(QStringLiteral("LogScreen"));
+        for (int i = 0; i < round % 4; ++i) {
+            QLOG_FATAL() << "Sent"
+                         << QString(round * 13 % 160, QLatin1Char('x')).replace(9, 1, QLatin1Char(' '));
+            showcase.hand->pause(round % 3);
+        }
+        QLOG_FATAL() << "Short";
+        QLOG_FATAL() << "Sent"
+                     << QString(round * 29 % 160, QLatin1Char('x')).replace(20, 1, QLatin1Char(' '));
+        showcase.hand->pause(100);
+        const QStringList seen = complaints(showcase.window);
+        for (const QString &complaint : seen)
+            found.append(QStringLiteral("round %1: %2").arg(round).arg(complaint));
+        showcase.hand->key(Qt::Key_Escape);
+        showcase.hand->waitForScreen(QStringLiteral("HomeScreen"));
+    }
+    QVERIFY2(found.isEmpty(), qUtf8Printable(QLatin1Char('\n') + found.join(QLatin1Char('\n'))));
 } catch (const Failure &failure) {
     QFAIL(qUtf8Printable(failure.text));
 }

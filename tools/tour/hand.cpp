@@ -5,6 +5,7 @@
 #include <QElapsedTimer>
 #include <QQuickItem>
 #include <QQuickWindow>
+#include <QSet>
 #include <QtTest>
 
 #include <failure.h>
@@ -31,14 +32,44 @@ QRectF sceneRect(const QQuickItem *item)
     return item->mapRectToScene(QRectF(0, 0, item->width(), item->height()));
 }
 
+/// The rows that a list keeps for later use. They stay where they were last and count as visible, but are not
+/// drawn.
+QSet<QQuickItem *> rowsPutAside(const QQuickItem *list)
+{
+    if (!list->property("reuseItems").toBool())
+        return {};
+    const QList<QQuickItem *> children = list->property("contentItem").value<QQuickItem *>()->childItems();
+    QSet<QQuickItem *> aside(children.cbegin(), children.cend());
+    for (const char *used : {"headerItem", "footerItem", "highlightItem", "currentItem"})
+        aside.remove(list->property(used).value<QQuickItem *>());
+    const int count = list->property("count").toInt();
+    bool reached = false;
+    for (int i = 0; i < count; ++i) {
+        QQuickItem *row = nullptr;
+        QMetaObject::invokeMethod(const_cast<QQuickItem *>(list), "itemAtIndex",
+                                  Q_RETURN_ARG(QQuickItem *, row), Q_ARG(int, i));
+        aside.remove(row);
+        if (reached && !row)
+            break; // the rows in use follow each other
+        reached = row != nullptr;
+    }
+    return aside;
+}
+
 void collect(QQuickItem *item, QList<QQuickItem *> &found)
 {
     if (!item->isVisible() || item->opacity() <= 0)
         return;
     found.append(item);
+    QSet<QQuickItem *> aside;
+    const QQuickItem *const list = item->parentItem();
+    if (list && list->property("contentItem").value<QQuickItem *>() == item)
+        aside = rowsPutAside(list);
     const QList<QQuickItem *> children = item->childItems();
-    for (QQuickItem *child : children)
-        collect(child, found);
+    for (QQuickItem *child : children) {
+        if (!aside.contains(child))
+            collect(child, found);
+    }
 }
 
 } // namespace
