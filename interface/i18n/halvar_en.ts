@@ -83,6 +83,10 @@
         <source>Refaire le contrôle</source>
         <translation>Repeat the check</translation>
     </message>
+    <message>
+        <source>Calibrez l&apos;instrument, puis refaites le contrôle.</source>
+        <translation>Calibrate the instrument, then repeat the check.</translation>
+    </message>
 </context>
 <context>
     <name>Banners</name>

@@ -123,6 +123,8 @@ Screen {
                         if (screen.running)
                             return qsTr("Contrôle en cours : %1 s. Laissez l'appareil sur le bloc de référence.")
                                 .arg(Words.number(screen.elapsed, 0));
+                        if (screen.result && screen.result.detectionDecision === DetectionDecisionEnumClass.UNCALIBRATED)
+                            return qsTr("Calibrez l'instrument, puis refaites le contrôle.");
                         return qsTr("Posez l'appareil sur le bloc de référence, puis démarrez.");
                     }
                 }

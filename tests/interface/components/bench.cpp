@@ -171,6 +171,12 @@ void Bench::tellEnd()
     m_controller->nap_AcqStatus(nap::NOT_STARTED);
 }
 
+void Bench::setCheck(int decision)
+{
+    m_controller->currentAccuracy()->setDetectionDecision(
+        static_cast<DetectionDecisionEnumClass::DetectionDecision>(decision));
+}
+
 void Bench::addUnit(const QString &room, const QString &element, int statut)
 {
     auto *unit = new UD;

@@ -46,6 +46,8 @@ public:
     Q_INVOKABLE void tellFirst();
     Q_INVOKABLE void tellResult(double concentration, double sigma, int decision);
     Q_INVOKABLE void tellEnd();
+    /// How the accuracy check of the current stage came out.
+    Q_INVOKABLE void setCheck(int decision);
 
     Q_INVOKABLE void addUnit(const QString &room, const QString &element, int statut);
     Q_INVOKABLE void addRoom(const QString &title, bool activated);

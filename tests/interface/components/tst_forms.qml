@@ -12,6 +12,7 @@ Item {
     height: 800
 
     Component { id: newDiagnostic; NewDiagnosticScreen { anchors.fill: parent } }
+    Component { id: accuracyScreen; AccuracyScreen { anchors.fill: parent } }
     Component { id: calibrationScreen; CalibrationScreen { anchors.fill: parent } }
 
     ComponentTest {
@@ -28,6 +29,17 @@ Item {
             verify(says(screen, "Le nom ne peut pas contenir"));
             verify(field.activeFocus);
             compare(field.cursorPosition, 6);
+        }
+        function test_uncalibratedCheck_asksForACalibration() {
+            var screen = createTemporaryObject(accuracyScreen, stage);
+            var advice = "Calibrez l'instrument, puis refaites le contrôle.";
+            verify(!says(screen, advice));
+            var before = screen.result.detectionDecision;
+            bench.setCheck(DetectionDecisionEnumClass.UNCALIBRATED);
+            var said = says(screen, advice);
+            bench.setCheck(before);
+            verify(said);
+            verify(says(screen, "Posez l'appareil sur le bloc de référence"));
         }
         function test_attempts_areCountedUntilAFailureWouldBeFinal_data() {
             return [{ tag: "none yet", attempts: 0, text: "Essais restants : 3 sur 3" },
