@@ -182,6 +182,8 @@ MeasuringScreen {
                 placeholderText: qsTr("rien de noté")
                 text: screen.unit ? screen.unit.observation : ""
                 Accessible.name: qsTr("Observation")
+                // The keys go on where Tab would lead.
+                onAccepted: Nav.focus(nextItemInFocusChain())
                 onEditingFinished: {
                     if (!screen.unit || screen.unit.observation === text)
                         return;

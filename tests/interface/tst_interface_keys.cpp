@@ -388,6 +388,9 @@ try {
     showcase.open(QStringLiteral("UnitScreen"), {{QStringLiteral("row"), 0}});
     showcase.hand->fill(QStringLiteral("observation"), QStringLiteral("Derrière le radiateur"));
     showcase.hand->key(Qt::Key_Return);
+    QCOMPARE(focused(), QStringLiteral("removeUnit"));
+    QVERIFY(!showcase.window->activeFocusItem()->property("visualFocus").toBool());
+    QCOMPARE(showcase->uds->at(0)->observation(), QStringLiteral("Derrière le radiateur"));
     QQuickItem *row = itemNamed(QStringLiteral("element"));
     row->forceActiveFocus();
     QVERIFY(!row->property("focused").toBool());
