@@ -52,6 +52,26 @@ Item {
         radius: 4
         color: bar.tint
     }
+    // The band's ends, also where the bar covers it.
+    Repeater {
+        model: bar.precision > 0 ? [bar.threshold - bar.precision, bar.threshold + bar.precision] : []
+        Rectangle {
+            id: edge
+            required property real modelData
+            objectName: "bandEdge"
+            x: Math.round(Math.max(0, edge.modelData) * bar.unit) - 1
+            y: track.y
+            width: 3
+            height: track.height
+            color: Theme.surface
+            Rectangle {
+                x: 1
+                width: 1
+                height: parent.height
+                color: Theme.text
+            }
+        }
+    }
     Item {
         id: bracket
         readonly property real from: Math.max(0, bar.concentration - bar.sigma) * bar.unit

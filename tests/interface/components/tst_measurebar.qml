@@ -77,6 +77,19 @@ Item {
             var bar = createTemporaryObject(measureBar, stage, { threshold: 1.04, precision: 0.15 });
             verify(says(bar, "référence 1,04 ± 0,15"));
         }
+        function test_band_isSeenThroughTheBar() {
+            var bar = createTemporaryObject(measureBar, stage,
+                { threshold: 1.04, precision: 0.15, concentration: 1.9, tint: "#123456" });
+            var fill = itemsOf(bar).filter(function(item) { return String(item.color) === "#123456"; })[0];
+            var edges = itemsOf(bar).filter(function(item) { return item.objectName === "bandEdge"; });
+            compare(edges.length, 2);
+            [0.89, 1.19].forEach(function(value, i) {
+                fuzzyCompare(edges[i].x + 1.5, value * bar.unit, 1);
+                verify(itemsOf(bar).indexOf(edges[i]) > itemsOf(bar).indexOf(fill));
+            });
+            bar.precision = 0;
+            verify(!named(bar, "bandEdge"));
+        }
         function test_face_tellsValueSignAndWord_data() {
             return [{ tag: "positive", decision: DetectionDecisionEnumClass.POSITIVE, word: "Positive", sign: "plus" },
                     { tag: "negative", decision: DetectionDecisionEnumClass.NEGATIVE, word: "Négative", sign: "minus" },
