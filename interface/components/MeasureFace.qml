@@ -75,7 +75,7 @@ Item {
     }
     MeasureBar {
         id: drawing
-        anchors { top: noteText.bottom; left: parent.left; right: parent.right }
+        anchors { top: noteText.bottom; topMargin: noteText.visible ? 4 : 0; left: parent.left; right: parent.right }
         concentration: face.concentration
         sigma: face.sigma
         atLeast: face.scale
