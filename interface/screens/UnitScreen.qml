@@ -348,7 +348,7 @@ MeasuringScreen {
                 width: parent.half
                 visible: screen.statut !== UDStatutEnumClass.RAW
                 enabled: !Instrument.shooting && !Instrument.armed
-                sign: "refresh"
+                sign: screen.statut === UDStatutEnumClass.SKIPPED ? "target" : "refresh"
                 text: screen.statut === UDStatutEnumClass.SKIPPED ? qsTr("Mesurer") : qsTr("Remesurer")
                 onClicked: {
                     // A unit that was left out is to be measured after all.
