@@ -267,8 +267,8 @@
         <translation>Accuracy checks</translation>
     </message>
     <message>
-        <source>%1&#xa0;: %2</source>
-        <translation>%1: %2</translation>
+        <source>%1&#xa0;:&#xa0;%2</source>
+        <translation>%1:&#xa0;%2</translation>
     </message>
 </context>
 <context>
@@ -973,10 +973,6 @@
         <translation>End of a measurement</translation>
     </message>
     <message>
-        <source>Durée d&apos;une mesure à durée fixe</source>
-        <translation>Length of a measurement of fixed time</translation>
-    </message>
-    <message>
         <source>s</source>
         <translation>s</translation>
     </message>
@@ -987,6 +983,10 @@
     <message>
         <source>Valeurs</source>
         <translation>Values</translation>
+    </message>
+    <message>
+        <source>Durée fixe d&apos;une mesure</source>
+        <translation>Fixed time of a measurement</translation>
     </message>
 </context>
 <context>

@@ -48,7 +48,7 @@ Screen {
                         var made = [];
                         for (var stage = AccuracyStageEnumClass.ACCURACY_INIT; stage <= AccuracyStageEnumClass.ACCURACY_FINAL; ++stage) {
                             if (accuracyMeasures[stage].idNAP >= 0)
-                                made.push(qsTr("%1 : %2").arg(Words.accuracyStage(stage))
+                                made.push(qsTr("%1 : %2").arg(Words.accuracyStage(stage))
                                     .arg(Words.decision(accuracyMeasures[stage].detectionDecision).toLowerCase()));
                         }
                         return made.length > 0 ? made.join(" · ") : qsTr("aucun contrôle fait");

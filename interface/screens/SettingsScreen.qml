@@ -60,7 +60,7 @@ Screen {
                 Stepper {
                     objectName: "measureTime"
                     width: parent.width
-                    name: qsTr("Durée d'une mesure à durée fixe")
+                    name: qsTr("Durée fixe d'une mesure")
                     unit: qsTr("s")
                     from: 1
                     to: 120
