@@ -64,10 +64,6 @@
         <translation>not made yet</translation>
     </message>
     <message>
-        <source>%1 ± %2 mg/cm²</source>
-        <translation>%1 ± %2 mg/cm²</translation>
-    </message>
-    <message>
         <source>Justesse&#xa0;: %1</source>
         <translation>Accuracy: %1</translation>
     </message>
@@ -86,6 +82,10 @@
     <message>
         <source>Calibrez l&apos;instrument, puis refaites le contrôle.</source>
         <translation>Calibrate the instrument, then repeat the check.</translation>
+    </message>
+    <message>
+        <source>mg/cm²</source>
+        <translation>mg/cm²</translation>
     </message>
 </context>
 <context>

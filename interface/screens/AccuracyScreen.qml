@@ -90,12 +90,24 @@ Screen {
                     Column {
                         id: stageName
                         Caption { text: qsTr("Justesse : %1").arg(Words.accuracyStage(controller.accuracyStage)) }
-                        Text {
-                            text: screen.result && screen.result.sigma > 0
-                                ? qsTr("%1 ± %2 mg/cm²").arg(Words.concentration(screen.result.concentration))
-                                      .arg(Words.concentration(screen.result.sigma)) : "–"
-                            color: Theme.text
-                            font { pixelSize: Theme.fontLarge; weight: Font.Bold }
+                        // The unit is small: the outcome stands beside it.
+                        Row {
+                            spacing: 6
+                            Text {
+                                id: checked
+                                text: screen.result && screen.result.sigma > 0
+                                    ? qsTr("%1 ± %2").arg(Words.concentration(screen.result.concentration))
+                                          .arg(Words.concentration(screen.result.sigma)) : "–"
+                                color: Theme.text
+                                font { pixelSize: Theme.fontLarge; weight: Font.Bold }
+                            }
+                            Text {
+                                anchors.baseline: checked.baseline
+                                visible: checked.text !== "–"
+                                text: qsTr("mg/cm²")
+                                color: Theme.textSecondary
+                                font.pixelSize: Theme.fontSmall
+                            }
                         }
                     }
                     SignChip {
