@@ -19,6 +19,7 @@
 #include "halvar-error.h"
 #include "infofile.h"
 #include "measurelistmodel.h"
+#include "napclient.h"
 #include "pin.h"
 #include "scaling.h"
 #include "shellcommand.h"
@@ -128,8 +129,12 @@ HalvarController::~HalvarController()
     if (m_napServer)
         m_napServer.unregisterObserver(m_observerDescription);
     // A service that has not heard of it finds nobody, instead of an observer without a controller.
-    if (m_napObserver)
+    if (m_napObserver) {
         m_napObserver->unpublish();
+        // Who answers the service just now may be the last to hold the observer. It must not end in that
+        // thread while this object, ending, still looks at it as the sender of its signals.
+        disconnect(m_nap_client, nullptr, this, nullptr);
+    }
 }
 
 void HalvarController::init()
