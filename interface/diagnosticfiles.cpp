@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QSet>
 #include <QStorageInfo>
 #include <QXmlStreamReader>
 
@@ -20,6 +21,12 @@ const QString CopySuffix = QStringLiteral(".xml.damaged");
 constexpr int MaxNameBytes = 255;
 
 } // namespace
+
+bool DiagnosticFiles::Entry::operator!=(const Entry &other) const
+{
+    return path != other.path || name != other.name || place != other.place || units != other.units
+        || size != other.size || modified != other.modified || problem != other.problem;
+}
 
 DiagnosticFiles::DiagnosticFiles(const QString &home, QObject *parent)
     : QAbstractListModel(parent)
@@ -148,11 +155,52 @@ void DiagnosticFiles::refresh()
         files.append(same ? before : read(info.filePath()));
     }
 
-    beginResetModel();
-    m_files = files;
     m_freeBytes = double(QStorageInfo(m_directory).bytesAvailable());
-    endResetModel();
+    become(files);
     emit changed();
+}
+
+void DiagnosticFiles::become(const QVector<Entry> &files)
+{
+    QSet<QString> remaining;
+    for (const Entry &file : files)
+        remaining.insert(file.path);
+    QSet<QString> listed;
+    for (int row = count() - 1; row >= 0; --row) {
+        const QString path = m_files.at(row).path;
+        if (remaining.contains(path)) {
+            listed.insert(path);
+            continue;
+        }
+        beginRemoveRows(QModelIndex(), row, row);
+        m_files.remove(row);
+        endRemoveRows();
+    }
+    for (int row = 0; row < files.size(); ++row) {
+        int last = row;
+        while (last < files.size() && !listed.contains(files.at(last).path))
+            ++last;
+        if (last > row) {
+            beginInsertRows(QModelIndex(), row, last - 1);
+            m_files = m_files.mid(0, row) + files.mid(row, last - row) + m_files.mid(row);
+            endInsertRows();
+            row = last - 1;
+            continue;
+        }
+        const Entry &file = files.at(row);
+        const auto found = std::find_if(m_files.cbegin() + row, m_files.cend(),
+                                        [&file](const Entry &other) { return other.path == file.path; });
+        const int from = int(found - m_files.cbegin());
+        if (from != row) {
+            beginMoveRows(QModelIndex(), from, from, QModelIndex(), row);
+            m_files.move(from, row);
+            endMoveRows();
+        }
+        if (m_files.at(row) != file) {
+            m_files[row] = file;
+            emit dataChanged(index(row), index(row));
+        }
+    }
 }
 
 DiagnosticFiles::Entry DiagnosticFiles::read(const QString &path)

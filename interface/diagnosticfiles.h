@@ -80,8 +80,12 @@ private:
         qint64 size = 0;
         QDateTime modified;
         QString problem;
+
+        bool operator!=(const Entry &other) const;
     };
     static Entry read(const QString &path);
+    /// Row by row, so that a view stays where it is.
+    void become(const QVector<Entry> &files);
 
     const QString m_directory;
     QVector<Entry> m_files;

@@ -32,7 +32,21 @@ Screen {
         });
     }
 
-    onShown: diagnosticFiles.following = true
+    Connections {
+        target: diagnosticFiles
+        function onRowsAboutToBeInserted() {
+            if (list.atYBeginning)
+                Qt.callLater(list.showNewest);
+        }
+    }
+    property bool opened: false
+    onShown: {
+        diagnosticFiles.following = true;
+        // The newest at first; coming back, the one that was left, wherever it stands now.
+        if (!opened)
+            list.currentIndex = 0;
+        opened = true;
+    }
     onHidden: diagnosticFiles.following = false
     UnsavedDialog { id: unsavedDialog }
     ConfirmDialog {
@@ -73,6 +87,13 @@ Screen {
         model: diagnosticFiles
         emptyText: qsTr("Aucun diagnostic. Créez le premier avec « Nouveau ».")
         Accessible.name: screen.title
+        // To whoever is at the top; keys that lead further down keep their row.
+        function showNewest() {
+            positionViewAtBeginning();
+            contentY -= topMargin;
+            if (Nav.byKeys)
+                positionViewAtIndex(currentIndex, ListView.Contain);
+        }
 
         delegate: ChoiceRow {
             id: file

@@ -4,6 +4,7 @@
 // The diagnostics on file and their rooms: names, damaged files, copies, rooms typed and found.
 #include <QDir>
 #include <QFile>
+#include <QQuickItem>
 #include <QQuickWindow>
 #include <QtTest>
 
@@ -26,6 +27,26 @@ QByteArray contentOf(const QString &path)
     return file.readAll();
 }
 
+/// Adds 2,000 diagnostics, a second apart: "Lot 0" is the newest.
+void addFiles()
+{
+    const QString files = Showcase::home() + QStringLiteral("files/");
+    const QDateTime newest = QDateTime::currentDateTime().addDays(-1);
+    for (int i = 0; i < 2000; ++i) {
+        QFile file(files + QStringLiteral("Lot %1.xml").arg(i));
+        if (!QFile::copy(files + QStringLiteral("Cave-7.xml"), file.fileName())
+            || !file.open(QIODevice::ReadWrite)
+            || !file.setFileTime(newest.addSecs(-i), QFileDevice::FileModificationTime))
+            throw Failure{file.errorString()};
+    }
+}
+
+QString focusedRow(const QQuickWindow *window)
+{
+    const QQuickItem *item = window->activeFocusItem();
+    return item ? item->property("heading").toString() : QString();
+}
+
 } // namespace
 
 class TstInterfaceDiagnostics : public ShowcaseTest
@@ -34,6 +55,9 @@ class TstInterfaceDiagnostics : public ShowcaseTest
 
 private slots:
     void listOfDiagnostics_followsTheirDirectoryWhileItIsShown();
+    void fileThatComesOrGoes_leavesTheListWhereItIsRead();
+    void fileThatComes_isShownToWhoeverIsAtTheTop();
+    void diagnosticThatWasLeft_isTheChosenOneInSight();
     void badNameOfADiagnostic_isRefusedWithItsReason_data();
     void badNameOfADiagnostic_isRefusedWithItsReason();
     void damagedFile_isOpenedOnlyWhenConfirmed();
@@ -65,6 +89,131 @@ try {
     showcase->saveFile();
     showcase.hand->pause(100);
     QCOMPARE(changed.count(), 0);
+} catch (const Failure &failure) {
+    QFAIL(qUtf8Printable(failure.text));
+}
+
+void TstInterfaceDiagnostics::fileThatComesOrGoes_leavesTheListWhereItIsRead()
+try {
+    Showcase &showcase = *m_showcase;
+    const QString files = Showcase::home() + QStringLiteral("files/");
+    addFiles();
+    showcase.unlock();
+    showcase.open(QStringLiteral("DiagnosticsScreen"));
+    QQuickItem *list = itemNamed(QStringLiteral("diagnosticList"));
+    showcase.hand->waitFor([&] { return list->property("count").toInt() > 2000; },
+                           QStringLiteral("the files are to be listed"));
+    list->setProperty("currentIndex", 1000);
+    showcase.hand->pause(50);
+    list->property("currentItem").value<QQuickItem *>()->forceActiveFocus();
+    const QString name = focusedRow(showcase.window);
+    const auto place = [&] { return showcase.window->activeFocusItem()->mapToScene(QPointF()).y(); };
+    const double before = place();
+    QSignalSpy changed(showcase.object(QStringLiteral("diagnosticFiles")).value<QObject *>(),
+                       SIGNAL(changed()));
+    const auto look = [&](int count, const char *what) {
+        showcase.hand->waitFor([&] { return list->property("count").toInt() == count; }, QLatin1String(what));
+        showcase.hand->pause(50);
+        QVERIFY2(focusedRow(showcase.window) == name, qUtf8Printable(focusedRow(showcase.window)));
+        QVERIFY2(qAbs(place() - before) < 1, what);
+        QCOMPARE(complaints(showcase.window), QStringList());
+    };
+    const int count = list->property("count").toInt();
+    QVERIFY(QFile::copy(files + QStringLiteral("Lot 7.xml"), files + QStringLiteral("Nouveau.xml")));
+    look(count + 1, "one came above");
+    QVERIFY(QFile::remove(files + QStringLiteral("Lot 3.xml")));
+    look(count, "one above went");
+    QVERIFY(QFile::remove(files + QStringLiteral("Lot 1990.xml")));
+    look(count - 1, "one below went");
+    // The oldest of all is written anew.
+    changed.clear();
+    QVERIFY(QFile::rename(files + QStringLiteral("Nouveau.xml"), files + QStringLiteral("Autre.xml")));
+    QTRY_VERIFY(!changed.isEmpty());
+    look(count - 1, "one above got another name");
+    QVERIFY(QFile::remove(files + name + QStringLiteral(".xml")));
+    showcase.hand->waitFor([&] { return list->property("count").toInt() == count - 2; },
+                           QStringLiteral("the chosen one is to go"));
+    showcase.hand->pause(50);
+    QVERIFY2(focusedRow(showcase.window).startsWith(QLatin1String("Lot ")),
+             qUtf8Printable(focusedRow(showcase.window)));
+    QVERIFY2(qAbs(place() - before) < 100, "the row beside the one that went");
+} catch (const Failure &failure) {
+    QFAIL(qUtf8Printable(failure.text));
+}
+
+void TstInterfaceDiagnostics::fileThatComes_isShownToWhoeverIsAtTheTop()
+try {
+    Showcase &showcase = *m_showcase;
+    const QString files = Showcase::home() + QStringLiteral("files/");
+    addFiles();
+    showcase.unlock();
+    showcase.open(QStringLiteral("DiagnosticsScreen"));
+    showcase.hand->find(QStringLiteral("Lot 0"));
+    const QString name = focusedRow(showcase.window);
+    QVERIFY(!name.isEmpty());
+    QVERIFY(QFile::copy(files + QStringLiteral("Lot 7.xml"), files + QStringLiteral("Grange.xml")));
+    showcase.hand->waitFor([&] { return isSaid(showcase.window, QStringLiteral("Grange")); },
+                           QStringLiteral("the new one is to be shown"));
+    showcase.hand->pause(50);
+    QVERIFY(itemNamed(QStringLiteral("diagnosticList"))->property("atYBeginning").toBool());
+    QCOMPARE(focusedRow(showcase.window), name);
+    QCOMPARE(complaints(showcase.window), QStringList());
+
+    // Keys that are on the last row in sight stay in sight.
+    const QQuickItem *list = itemNamed(QStringLiteral("diagnosticList"));
+    const auto below = [&] {
+        const QQuickItem *row = showcase.window->activeFocusItem();
+        return row->mapToItem(list, QPointF()).y() + row->height() - list->height();
+    };
+    for (int i = 0; i < 20 && below() < -80; ++i)
+        showcase.hand->key(Qt::Key_Down);
+    QVERIFY(list->property("atYBeginning").toBool());
+    const QString last = focusedRow(showcase.window);
+    const int count = list->property("count").toInt();
+    QVERIFY(QFile::copy(files + QStringLiteral("Lot 7.xml"), files + QStringLiteral("Moulin.xml")));
+    showcase.hand->waitFor([&] { return list->property("count").toInt() == count + 1; },
+                           QStringLiteral("the next one is to be listed"));
+    showcase.hand->pause(50);
+    QCOMPARE(focusedRow(showcase.window), last);
+    QVERIFY2(below() <= 0, qPrintable(QString::number(below())));
+} catch (const Failure &failure) {
+    QFAIL(qUtf8Printable(failure.text));
+}
+
+void TstInterfaceDiagnostics::diagnosticThatWasLeft_isTheChosenOneInSight()
+try {
+    Showcase &showcase = *m_showcase;
+    addFiles();
+    showcase.unlock();
+    showcase.open(QStringLiteral("DiagnosticsScreen"));
+    QQuickItem *list = itemNamed(QStringLiteral("diagnosticList"));
+    showcase.hand->waitFor([&] { return list->property("count").toInt() > 2000; },
+                           QStringLiteral("the files are to be listed"));
+    list->setProperty("currentIndex", 1000);
+    showcase.hand->pause(50);
+    list->property("currentItem").value<QQuickItem *>()->forceActiveFocus();
+    const QString name = focusedRow(showcase.window);
+    showcase.hand->key(Qt::Key_Return);
+    showcase.hand->waitForScreen(QStringLiteral("DiagnosticScreen"));
+    QCOMPARE(showcase->fileName(), name);
+    showcase.hand->key(Qt::Key_Escape);
+    showcase.hand->waitForScreen(QStringLiteral("DiagnosticsScreen"));
+    showcase.hand->pause(50);
+    QCOMPARE(focusedRow(showcase.window), name);
+    // Wherever it stands now.
+    const double y = showcase.window->activeFocusItem()->mapToItem(list, QPointF()).y();
+    QVERIFY2(y >= 0 && y < list->height() - 60, qPrintable(QString::number(y)));
+    QCOMPARE(complaints(showcase.window), QStringList());
+
+    // Opened anew, the list begins with the newest.
+    showcase.hand->key(Qt::Key_Escape);
+    showcase.hand->waitForScreen(QStringLiteral("HomeScreen"));
+    showcase->setFileName(QStringLiteral("Grange"));
+    showcase->saveFile();
+    showcase.open(QStringLiteral("DiagnosticsScreen"));
+    showcase.hand->pause(50);
+    QCOMPARE(focusedRow(showcase.window), QStringLiteral("Grange"));
+    QVERIFY(itemNamed(QStringLiteral("diagnosticList"))->property("atYBeginning").toBool());
 } catch (const Failure &failure) {
     QFAIL(qUtf8Printable(failure.text));
 }
