@@ -3,8 +3,8 @@
 import QtQuick 2.15
 import HalvarStyle 1.0
 
-// A concentration drawn: a bar up to the value, a bracket of one sigma to each side of its end, and the line of the
-// decision threshold across both.
+// A concentration drawn: a bar up to the value with the line of the decision threshold across it, and below them, where
+// it hides neither, a bracket of one sigma to each side of the value.
 Item {
     id: bar
 
@@ -22,7 +22,7 @@ Item {
     readonly property real unit: width / full
     readonly property real drawn: Math.max(0, concentration)
 
-    implicitHeight: track.y + track.height + 21
+    implicitHeight: legend.y + legend.height + 1
     Accessible.role: Accessible.Graphic
     Accessible.name: qsTr("%1 plus ou moins %2, seuil %3").arg(Words.concentration(concentration))
         .arg(Words.concentration(sigma)).arg(Words.number(threshold, 1))
@@ -31,8 +31,8 @@ Item {
         id: track
         y: 4
         width: parent.width
-        height: 18
-        radius: 4
+        height: 14
+        radius: 2
         color: Theme.neutralSoft
         border.color: Theme.outline
     }
@@ -49,7 +49,7 @@ Item {
         y: track.y
         width: Math.min(bar.width, bar.drawn * bar.unit)
         height: track.height
-        radius: 4
+        radius: 2
         color: bar.tint
     }
     // The band's ends, also where the bar covers it.
@@ -72,63 +72,60 @@ Item {
             }
         }
     }
-    Item {
-        id: bracket
-        readonly property real from: Math.max(0, bar.concentration - bar.sigma) * bar.unit
-        readonly property real to: Math.min(bar.full, Math.max(0, bar.concentration + bar.sigma)) * bar.unit
-        visible: bar.sigma > 0
-        x: from
-        y: track.y + 4
-        width: Math.max(3, to - from)
-        height: track.height - 8
-
-        // Light behind dark, so that it is seen on the bar and beside it.
-        Repeater {
-            model: [{ rim: 2, color: Theme.surface }, { rim: 0, color: Theme.text }]
-            Item {
-                id: line
-                required property var modelData
-                anchors.fill: parent
-                Rectangle {
-                    x: -line.modelData.rim
-                    y: parent.height / 2 - 1.5 - line.modelData.rim
-                    width: parent.width + 2 * line.modelData.rim
-                    height: 3 + 2 * line.modelData.rim
-                    color: line.modelData.color
-                }
-                Rectangle {
-                    x: -line.modelData.rim
-                    y: -line.modelData.rim
-                    width: 3 + 2 * line.modelData.rim
-                    height: parent.height + 2 * line.modelData.rim
-                    color: line.modelData.color
-                }
-                Rectangle {
-                    x: parent.width - 3 - line.modelData.rim
-                    y: -line.modelData.rim
-                    width: 3 + 2 * line.modelData.rim
-                    height: parent.height + 2 * line.modelData.rim
-                    color: line.modelData.color
-                }
-            }
-        }
-    }
-    // With the bracket's rim.
+    // Its light rim tells the line from a dark bar.
     Rectangle {
-        x: Math.round(bar.threshold * bar.unit) - 3
-        width: 7
-        height: track.height + 2 * track.y
+        objectName: "thresholdRim"
+        x: line.x - 2
+        y: track.y + 1
+        width: line.width + 4
+        height: track.height - 2
         color: Theme.surface
     }
     Rectangle {
+        id: line
+        objectName: "thresholdLine"
         x: Math.round(bar.threshold * bar.unit) - 1
         width: 3
-        height: track.height + 2 * track.y
+        height: track.y + track.height
         color: Theme.text
     }
+    Item {
+        id: bracket
+        readonly property real from: bar.concentration - bar.sigma
+        readonly property real to: bar.concentration + bar.sigma
+        objectName: "bracket"
+        visible: bar.sigma > 0 && to > 0
+        x: Math.round(Math.max(0, from) * bar.unit)
+        y: track.y + track.height + 3
+        width: Math.max(3, Math.round(to * bar.unit) - x)
+        height: 9
+
+        Rectangle {
+            y: 3
+            width: parent.width
+            height: 3
+            color: Theme.text
+        }
+        // What reaches below zero is cut off there, and has no end to show.
+        Rectangle {
+            objectName: "lowerEnd"
+            visible: bracket.from >= 0
+            width: 3
+            height: parent.height
+            color: Theme.text
+        }
+        Rectangle {
+            objectName: "upperEnd"
+            x: parent.width - width
+            width: 3
+            height: parent.height
+            color: Theme.text
+        }
+    }
     Text {
+        id: legend
         x: Math.max(0, Math.min(bar.width - width, bar.threshold * bar.unit - width / 2))
-        y: track.y + track.height + 4
+        y: bracket.y + bracket.height
         text: bar.precision > 0 ? qsTr("référence %1 ± %2").arg(Words.concentration(bar.threshold))
                                     .arg(Words.concentration(bar.precision))
                                 : qsTr("seuil %1").arg(Words.number(bar.threshold, 1))
@@ -137,7 +134,7 @@ Item {
     }
     Text {
         anchors { right: parent.right }
-        y: track.y + track.height + 4
+        y: legend.y
         visible: bar.width > 260 && bar.threshold * bar.unit < bar.width * 0.7
         text: qsTr("%1 mg/cm²").arg(Words.number(bar.full, 1))
         color: Theme.textSecondary

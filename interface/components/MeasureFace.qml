@@ -42,13 +42,21 @@ Item {
         spacing: 6
         Text {
             text: face.empty ? (face.live ? "…" : "–") : Words.concentration(face.concentration)
-            color: Theme.text
-            font { pixelSize: Theme.fontHuge; weight: Font.Bold }
+            color: face.interrupted ? Theme.textSecondary : Theme.text
+            // Struck out at the height of the others, so that the lines below stay where they are.
+            font {
+                pixelSize: Theme.fontHuge
+                weight: face.interrupted ? Font.Normal : Font.Bold
+                strikeout: face.interrupted && !face.empty
+            }
         }
         Text {
             anchors { bottom: parent.bottom; bottomMargin: 6 }
             visible: !face.empty
-            text: qsTr("± %1 mg/cm²").arg(Words.concentration(face.sigma))
+            text: {
+                var spread = qsTr("± %1 mg/cm²").arg(Words.concentration(face.sigma));
+                return face.interrupted ? qsTr("%1 · pas un résultat", "after a value").arg(spread) : spread;
+            }
             color: Theme.textSecondary
             font.pixelSize: Theme.fontNormal
         }
@@ -76,10 +84,12 @@ Item {
     MeasureBar {
         id: drawing
         anchors { top: noteText.bottom; topMargin: noteText.visible ? 4 : 0; left: parent.left; right: parent.right }
-        concentration: face.concentration
-        sigma: face.sigma
+        // A drawing would be taken for a result.
+        concentration: face.interrupted ? 0 : face.concentration
+        sigma: face.interrupted ? 0 : face.sigma
         atLeast: face.scale
-        tint: face.interrupted ? Theme.neutral : Words.decisionColor(face.decision)
+        tint: Words.decisionColor(face.decision)
+        Accessible.ignored: face.empty || face.interrupted
     }
     Rectangle {
         visible: face.live

@@ -542,6 +542,11 @@
         <source>Interrompue</source>
         <translation>Interrupted</translation>
     </message>
+    <message>
+        <source>%1 · pas un résultat</source>
+        <comment>after a value</comment>
+        <translation>%1 · not a result</translation>
+    </message>
 </context>
 <context>
     <name>MeasureRow</name>

@@ -73,6 +73,46 @@ Item {
             compare(scale.full, 0);
             Instrument.standby();
         }
+        function test_scale_isOneForAllWhileAMeasureRuns() {
+            var scale = createTemporaryObject(barScale, stage);
+            bench.conditions(true, 21, 1200);
+            Instrument.setMeasureMode(MeasureModeEnumClass.TRIGGER);
+            Instrument.measureDirect();
+            bench.openShutter();
+            bench.startMeasure();
+            bench.tellFirst();
+            bench.tellResult(0.4, 0.2, DetectionDecisionEnumClass.NOT_DETERMINED);
+            tryVerify(function() { return Math.abs(scale.full - 0.7) < 1e-9; });
+            bench.tellResult(2.4, 1.4, DetectionDecisionEnumClass.NOT_DETERMINED);
+            tryVerify(function() { return Math.abs(scale.full - 4.5) < 1e-9; });
+            // It stays until the measure is over.
+            bench.tellResult(1.4, 0.4, DetectionDecisionEnumClass.NOT_DETERMINED);
+            wait(0);
+            fuzzyCompare(scale.full, 4.5, 1e-9);
+            bench.tellEnd();
+            verify(scale.full < 4.5);
+            Instrument.standby();
+        }
+        function test_bracket_hidesNeitherBarNorLine() {
+            var bar = createTemporaryObject(measureBar, stage,
+                { threshold: 1.04, precision: 0.15, concentration: 1.03, sigma: 0.09, tint: "#123456" });
+            var bracket = named(bar, "bracket");
+            [named(bar, "thresholdLine"), named(bar, "thresholdRim")].concat(
+                itemsOf(bar).filter(function(item) { return String(item.color) === "#123456"; })).forEach(function(item) {
+                verify(item.y + item.height <= bracket.y);
+            });
+            fuzzyCompare(bracket.x, 0.94 * bar.unit, 1);
+            fuzzyCompare(bracket.x + bracket.width, 1.12 * bar.unit, 1);
+            verify(named(bar, "lowerEnd") && named(bar, "upperEnd"));
+        }
+        function test_bracketThatReachesBelowZero_hasNoEndThere() {
+            var bar = createTemporaryObject(measureBar, stage, { concentration: 0.04, sigma: 0.19 });
+            compare(named(bar, "bracket").x, 0);
+            verify(!named(bar, "lowerEnd"));
+            verify(named(bar, "upperEnd"));
+            bar.concentration = -0.5;
+            verify(!named(bar, "bracket"));
+        }
         function test_reference_isNamedWithItsPrecision() {
             var bar = createTemporaryObject(measureBar, stage, { threshold: 1.04, precision: 0.15 });
             verify(says(bar, "référence 1,04 ± 0,15"));
@@ -135,6 +175,14 @@ Item {
             face.sigma = 0.38;
             verify(says(face, "0,64"));
             verify(says(face, "Interrompue"));
+            // Nor does the value look like one.
+            verify(says(face, "± 0,38 mg/cm² · pas un résultat"));
+            var value = itemsOf(face).filter(function(item) { return item.text === "0,64"; })[0];
+            verify(value.font.strikeout);
+            compareColors(value.color, Theme.textSecondary);
+            verify(!named(face, "bracket"));
+            waitForRendering(face);
+            compare(bench.complaints(face).join("\n"), "");
             verify(face.Accessible.name.indexOf("Interrompue") > 0);
         }
     }
