@@ -56,8 +56,11 @@ Screen {
                 Button {
                     id: tile
                     required property var modelData
+                    required property int index
+                    readonly property real room: grid.width - (grid.columns - 1) * grid.spacing
                     objectName: "tile_" + tile.modelData.name
-                    width: (grid.width - (grid.columns - 1) * grid.spacing) / grid.columns
+                    // Whole pixels: the first columns take what is left over.
+                    width: Math.floor(room / grid.columns) + (index % grid.columns < room % grid.columns ? 1 : 0)
                     height: Math.max(98, Math.min(200, (sheet.height - Theme.spacingSmall - Theme.margin
                         - (opened.visible ? opened.height + Theme.spacing : 0) + grid.spacing) / grid.lines - grid.spacing))
                     text: tile.modelData.text

@@ -83,17 +83,31 @@ Screen {
             required property string time
             required property string text
             width: list.width - 2 * Theme.margin
-            height: line.implicitHeight + 8
+            readonly property color ink: level >= 4 ? Theme.alarm : level === 3 ? Theme.undecided : Theme.text
+            height: Math.max(when.implicitHeight, line.implicitHeight) + 8
             Accessible.role: Accessible.ListItem
-            Accessible.name: line.text
+            Accessible.name: time + " " + screen.levels[level] + " " + text
 
+            // In a column of their own, to be run through.
+            Text {
+                id: when
+                objectName: "when"
+                y: 4
+                width: 104
+                text: row.time + "\n" + screen.levels[row.level]
+                color: row.ink
+                font.pixelSize: Theme.fontSmall
+                textFormat: Text.PlainText
+            }
             Body {
                 id: line
+                objectName: "line"
+                x: when.width
                 y: 4
-                width: parent.width
-                text: row.time + " " + screen.levels[row.level] + " " + row.text
-                font.pixelSize: Theme.fontTiny
-                color: row.level >= 4 ? Theme.alarm : row.level === 3 ? Theme.undecided : Theme.text
+                width: parent.width - x
+                text: row.text
+                font.pixelSize: Theme.fontSmall
+                color: row.ink
                 wrapMode: Text.Wrap
                 maximumLineCount: 6
                 elide: Text.ElideRight

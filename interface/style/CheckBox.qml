@@ -8,7 +8,7 @@ T.CheckBox {
     id: control
 
     implicitWidth: implicitContentWidth + leftPadding + rightPadding
-    implicitHeight: Math.max(Theme.touch, implicitContentHeight)
+    implicitHeight: Math.max(Theme.touch, implicitContentHeight + 2 * Theme.spacing)
     leftPadding: indicator.width + Theme.spacing
     font.pixelSize: Theme.fontNormal
 

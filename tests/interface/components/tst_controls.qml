@@ -35,6 +35,7 @@ Item {
         }
     }
     Component { id: field; TextField { width: 200 } }
+    Component { id: check; CheckBox { width: 200 } }
     Component { id: toast; Toast { width: 400 } }
     Component { id: icon; Icon { } }
     Component {
@@ -169,6 +170,12 @@ Item {
             verify(!item.visible);
             item.show("Wi-Fi éteint");
             tryCompare(item, "visible", false, 6000);
+        }
+        function test_check_keepsRoomAroundTheLinesOfItsText() {
+            var box = createTemporaryObject(check, stage, { text: "Effondrement de plancher ou de plafond" });
+            verify(box.contentItem.lineCount > 1);
+            verify(box.height >= box.contentItem.contentHeight + 2 * Theme.spacing);
+            compare(createTemporaryObject(check, stage, { text: "Humidité" }).height, Theme.touch);
         }
         function test_everySign_isDrawn() {
             for (var name in createTemporaryObject(icon, stage).lines) {
