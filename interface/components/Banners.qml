@@ -11,7 +11,7 @@ Column {
         visible: error.errorMessage !== ""
         color: Theme.alarm
         heading: error.errorMessage
-        detail: qsTr("Notez ce texte pour le service (acquittement n° %1).").arg(controller.ackErrorNb)
+        detail: qsTr("Notez ce texte pour le service (erreur n° %1).").arg(controller.ackErrorNb)
         action: qsTr("Acquitter")
         onActed: Instrument.acknowledge()
     }

@@ -18,6 +18,7 @@ Rectangle {
     readonly property bool tooFar: decision === DetectionDecisionEnumClass.COMPTON_ERROR
     readonly property bool found: decision === DetectionDecisionEnumClass.POSITIVE
                                   || decision === DetectionDecisionEnumClass.NEGATIVE
+    readonly property bool skipped: Instrument.unit !== null && Instrument.unit.statut === UDStatutEnumClass.SKIPPED
     readonly property color ink: silent ? Theme.warningInk : running ? Theme.primaryInk : Theme.text
     property real started: 0
     property real elapsed: 0
@@ -31,7 +32,7 @@ Rectangle {
         case "done": return qsTr("Mesure terminée");
         case "lost": return qsTr("Mesure interrompue, sans résultat");
         case "ready": return ready ? qsTr("Prêt à mesurer") : qsTr("Pas prêt à mesurer");
-        default: return qsTr("En veille");
+        default: return skipped ? qsTr("Unité non mesurée") : qsTr("En veille");
         }
     }
     readonly property string advice: {
@@ -44,7 +45,7 @@ Rectangle {
                 return qsTr("Rapprochez l'appareil de la surface et maintenez la détente.");
             if (Instrument.measureMode === MeasureModeEnumClass.TRIGGER) {
                 if (Instrument.decided)
-                    return qsTr("Elle ne changera plus : relâchez la détente.");
+                    return qsTr("La décision reste, la valeur peut encore changer : relâchez la détente.");
                 // The first one found is shown, and may still turn.
                 return found ? qsTr("Maintenez la détente jusqu'à la décision définitive.")
                              : qsTr("Maintenez la détente jusqu'à la décision.");
@@ -59,14 +60,17 @@ Rectangle {
             return after;
         case "ready":
             if (!ready)
-                return qsTr("L'instrument n'est pas prêt : attendez avant de mesurer.");
+                return qsTr("%1 °C, %2 V : attendez.").arg(Instrument.temperature).arg(Instrument.voltage);
             return qsTr("Appliquez l'appareil, pressez la détente et maintenez-la.");
         default:
             if (!Instrument.unit)
                 return qsTr("La détente est sans effet.");
-            return Instrument.unit.statut === UDStatutEnumClass.SKIPPED
-                ? qsTr("La détente est sans effet. L'unité n'est pas à mesurer.")
-                : qsTr("La détente est sans effet. L'unité a son résultat.");
+            if (!skipped)
+                return qsTr("La détente est sans effet. L'unité a son résultat.");
+            // The reason is kept there.
+            var effect = qsTr("La détente est sans effet.");
+            return Instrument.unit.observation === "" ? effect
+                : effect + "\n" + qsTr("Noté : %1").arg(Instrument.unit.observation);
         }
     }
     // What to do once a shot is over. In the trigger's own mode, and when a shot was given up, its release was the end. A
@@ -76,8 +80,10 @@ Rectangle {
             return qsTr("Acquittez l'erreur avant une nouvelle mesure.");
         if (phase === "lost" && !Instrument.spoiled)
             return qsTr("La détente a été relâchée trop tôt. Pressez-la de nouveau et maintenez-la.");
-        var next = Instrument.armed ? qsTr("Pressez de nouveau la détente pour une autre mesure.")
-                                    : qsTr("L'unité a son résultat.");
+        var next = tooFar && phase === "done" && Instrument.armed
+            ? qsTr("Trop loin de la surface : rapprochez l'appareil et pressez de nouveau la détente.")
+            : Instrument.armed ? qsTr("Pressez de nouveau la détente pour une autre mesure.")
+                               : qsTr("L'unité a son résultat.");
         return phase === "done" && Instrument.measureMode === MeasureModeEnumClass.TRIGGER
             ? next : qsTr("La détente peut être relâchée. %1", "followed by what comes next").arg(next);
     }
@@ -145,6 +151,9 @@ Rectangle {
             color: panel.ink
             font.pixelSize: Theme.fontSmall
             wrapMode: Text.Wrap
+            textFormat: Text.PlainText
+            maximumLineCount: 3
+            elide: Text.ElideRight
         }
     }
     Text {

@@ -27,7 +27,7 @@ QtObject {
         case DetectionDecisionEnumClass.COMPTON_ERROR: return qsTr("Trop loin de la surface");
         case DetectionDecisionEnumClass.ACCURACY_OK: return qsTr("Confirmée");
         case DetectionDecisionEnumClass.ACCURACY_ERROR: return qsTr("Non confirmée");
-        case DetectionDecisionEnumClass.UNCALIBRATED: return qsTr("Non calibrée");
+        case DetectionDecisionEnumClass.UNCALIBRATED: return qsTr("Calibrage à faire");
         default: return qsTr("Pas de décision");
         }
     }

@@ -87,13 +87,17 @@
         <source>mg/cm²</source>
         <translation>mg/cm²</translation>
     </message>
+    <message>
+        <source>Posez l&apos;appareil sur le bloc de référence pour refaire le contrôle.</source>
+        <translation>Put the instrument on the reference block to repeat the check.</translation>
+    </message>
+    <message>
+        <source>Calibrer l&apos;instrument</source>
+        <translation>Calibrate the instrument</translation>
+    </message>
 </context>
 <context>
     <name>Banners</name>
-    <message>
-        <source>Notez ce texte pour le service (acquittement n° %1).</source>
-        <translation>Note this text for the service (acknowledgement no. %1).</translation>
-    </message>
     <message>
         <source>Acquitter</source>
         <translation>Acknowledge</translation>
@@ -105,6 +109,10 @@
     <message>
         <source>Vu</source>
         <translation>Seen</translation>
+    </message>
+    <message>
+        <source>Notez ce texte pour le service (erreur n°&#xa0;%1).</source>
+        <translation>Note this text for the service (error no.&#xa0;%1).</translation>
     </message>
 </context>
 <context>
@@ -150,14 +158,6 @@
         <translation>Date of the last calibration: unknown</translation>
     </message>
     <message>
-        <source>Dernier calibrage&#xa0;: %1</source>
-        <translation>Last calibration: %1</translation>
-    </message>
-    <message>
-        <source>Dernier essai&#xa0;: un échec bloquera le calibrage.</source>
-        <translation>Last attempt: a failure will block calibration.</translation>
-    </message>
-    <message>
         <source>Essais restants&#xa0;: %1 sur %2</source>
         <translation>Attempts left: %1 of %2</translation>
     </message>
@@ -180,6 +180,22 @@
     <message>
         <source>Tenez l&apos;appareil, obturateur fermé, à l&apos;écart de toute surface, puis démarrez.</source>
         <translation>Hold the instrument, shutter closed, away from any surface, then start.</translation>
+    </message>
+    <message>
+        <source>Calibré le %1</source>
+        <translation>Calibrated on %1</translation>
+    </message>
+    <message>
+        <source>Plus qu&apos;un essai&#xa0;: un échec bloquera le calibrage.</source>
+        <translation>One attempt left: a failure will block calibration.</translation>
+    </message>
+    <message>
+        <source>Pour le refaire, tenez l&apos;appareil, obturateur fermé, à l&apos;écart de toute surface.</source>
+        <translation>To repeat it, hold the instrument, shutter closed, away from any surface.</translation>
+    </message>
+    <message>
+        <source>Refaire le calibrage</source>
+        <translation>Repeat the calibration</translation>
     </message>
 </context>
 <context>
@@ -943,16 +959,16 @@
         <translation>Length of a measurement</translation>
     </message>
     <message>
-        <source>Mesures négatives demandées</source>
-        <translation>Negative measurements asked for</translation>
-    </message>
-    <message>
         <source>Bip</source>
         <translation>Beep</translation>
     </message>
     <message>
         <source>Lampe</source>
         <translation>Light</translation>
+    </message>
+    <message>
+        <source>Négatives par unité à l&apos;allumage</source>
+        <translation>Negatives per unit at start-up</translation>
     </message>
 </context>
 <context>
@@ -1064,10 +1080,6 @@
         <translation>Hold: the measurement ends by itself.</translation>
     </message>
     <message>
-        <source>L&apos;instrument n&apos;est pas prêt&#xa0;: attendez avant de mesurer.</source>
-        <translation>The instrument is not ready: wait before measuring.</translation>
-    </message>
-    <message>
         <source>Appliquez l&apos;appareil, pressez la détente et maintenez-la.</source>
         <translation>Apply the instrument, press the trigger and hold it.</translation>
     </message>
@@ -1100,16 +1112,8 @@
         <translation>Bring the instrument closer to the surface and keep holding the trigger.</translation>
     </message>
     <message>
-        <source>Elle ne changera plus&#xa0;: relâchez la détente.</source>
-        <translation>It will not change any more: release the trigger.</translation>
-    </message>
-    <message>
         <source>Maintenez la détente jusqu&apos;à la décision définitive.</source>
         <translation>Keep holding the trigger until the decision is final.</translation>
-    </message>
-    <message>
-        <source>La détente est sans effet. L&apos;unité n&apos;est pas à mesurer.</source>
-        <translation>The trigger has no effect. The unit is not to be measured.</translation>
     </message>
     <message>
         <source>La détente est sans effet. L&apos;unité a son résultat.</source>
@@ -1139,6 +1143,26 @@
     <message>
         <source>Relâchez la détente et quittez cet écran.</source>
         <translation>Release the trigger and leave this screen.</translation>
+    </message>
+    <message>
+        <source>Unité non mesurée</source>
+        <translation>Unit not measured</translation>
+    </message>
+    <message>
+        <source>La décision reste, la valeur peut encore changer&#xa0;: relâchez la détente.</source>
+        <translation>The decision stays, the value may still change: release the trigger.</translation>
+    </message>
+    <message>
+        <source>%1 °C, %2 V&#xa0;: attendez.</source>
+        <translation>%1 °C, %2 V: wait.</translation>
+    </message>
+    <message>
+        <source>Noté&#xa0;: %1</source>
+        <translation>Noted: %1</translation>
+    </message>
+    <message>
+        <source>Trop loin de la surface&#xa0;: rapprochez l&apos;appareil et pressez de nouveau la détente.</source>
+        <translation>Too far from the surface: bring the instrument closer and press the trigger again.</translation>
     </message>
 </context>
 <context>
@@ -1331,10 +1355,6 @@
         <translation>Reason: not measured</translation>
     </message>
     <message>
-        <source>L&apos;unité et ses mesures seront effacées du diagnostic.</source>
-        <translation>The unit and its measurements will be erased from the diagnostic.</translation>
-    </message>
-    <message>
         <source>Supprimer</source>
         <translation>Delete</translation>
     </message>
@@ -1354,14 +1374,6 @@
         <source>rien de noté</source>
         <translation>nothing noted</translation>
     </message>
-    <message numerus="yes">
-        <source>%n négative(s) sur %1</source>
-        <comment>of the ones asked for</comment>
-        <translation>
-            <numerusform>%n negative of %1</numerusform>
-            <numerusform>%n negative of %1</numerusform>
-        </translation>
-    </message>
     <message>
         <source>Ne pas mesurer</source>
         <translation>Do not measure</translation>
@@ -1373,6 +1385,17 @@
     <message>
         <source>Mesurer</source>
         <translation>Measure</translation>
+    </message>
+    <message numerus="yes">
+        <source>il manque %n négative(s)</source>
+        <translation>
+            <numerusform>%n more negative to conclude</numerusform>
+            <numerusform>%n more negatives to conclude</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>L&apos;unité n° %1 (%2) et ses mesures seront effacées du diagnostic.</source>
+        <translation>Unit no. %1 (%2) and its measurements will be erased from the diagnostic.</translation>
     </message>
 </context>
 <context>
@@ -1446,10 +1469,6 @@
     <message>
         <source>Non confirmée</source>
         <translation>Not confirmed</translation>
-    </message>
-    <message>
-        <source>Non calibrée</source>
-        <translation>Not calibrated</translation>
     </message>
     <message>
         <source>Pas de décision</source>
@@ -1594,6 +1613,10 @@
     <message>
         <source>Le nom est trop long.</source>
         <translation>The name is too long.</translation>
+    </message>
+    <message>
+        <source>Calibrage à faire</source>
+        <translation>To be calibrated</translation>
     </message>
 </context>
 </TS>

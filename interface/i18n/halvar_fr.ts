@@ -88,11 +88,10 @@
         </translation>
     </message>
     <message numerus="yes">
-        <source>%n négative(s) sur %1</source>
-        <comment>of the ones asked for</comment>
+        <source>il manque %n négative(s)</source>
         <translation>
-            <numerusform>%n négative sur %1</numerusform>
-            <numerusform>%n négatives sur %1</numerusform>
+            <numerusform>il manque %n négative</numerusform>
+            <numerusform>il manque %n négatives</numerusform>
         </translation>
     </message>
 </context>

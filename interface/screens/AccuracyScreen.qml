@@ -14,6 +14,11 @@ Screen {
     readonly property real precision: config.Nist_InformationPrecision()
     readonly property bool running: Instrument.mode === AcquisitionModeEnumClass.ACCURACY
     readonly property QtObject result: controller.currentAccuracy
+    readonly property bool made: result !== null && result.idNAP >= 0
+    // A calibration since then is not seen in the result.
+    property bool calibrated: false
+    readonly property bool uncalibrated: result !== null && !calibrated
+                                         && result.detectionDecision === DetectionDecisionEnumClass.UNCALIBRATED
     property real started: 0
     property real elapsed: 0
 
@@ -21,7 +26,7 @@ Screen {
     subtitle: qsTr("Bloc de référence : %1 ± %2 mg/cm²").arg(Words.concentration(reference))
         .arg(Words.concentration(precision))
 
-    first: running ? stopButton : startButton
+    first: running ? stopButton : calibrateButton.visible ? calibrateButton : startButton
     onShown: Instrument.expectant = true
     onHidden: Instrument.expectant = false
     function mayLeave() {
@@ -37,7 +42,7 @@ Screen {
         Nav.settle();
         started = Date.now();
         elapsed = 0;
-        Nav.settle();
+        calibrated = false;
         controller.startAccuracyCheck();
         Instrument.refresh();
     }
@@ -52,6 +57,13 @@ Screen {
         // What the diagnostic keeps is in its file at once.
         if (!running)
             Instrument.save();
+    }
+    Connections {
+        target: Instrument
+        function onCalibrationOutcomeChanged() {
+            if (Instrument.calibrationOutcome === "done")
+                screen.calibrated = true;
+        }
     }
     Timer {
         interval: 100
@@ -114,7 +126,7 @@ Screen {
                         id: verdict
                         objectName: "verdict"
                         anchors { right: parent.right; verticalCenter: parent.verticalCenter }
-                        visible: screen.result !== null && screen.result.idNAP >= 0
+                        visible: screen.made
                         large: !screen.wide
                         sign: screen.result ? Words.decisionSign(screen.result.detectionDecision) : ""
                         word: screen.result ? Words.decision(screen.result.detectionDecision) : ""
@@ -135,8 +147,10 @@ Screen {
                         if (screen.running)
                             return qsTr("Contrôle en cours : %1 s. Laissez l'appareil sur le bloc de référence.")
                                 .arg(Words.number(screen.elapsed, 0));
-                        if (screen.result && screen.result.detectionDecision === DetectionDecisionEnumClass.UNCALIBRATED)
+                        if (screen.uncalibrated)
                             return qsTr("Calibrez l'instrument, puis refaites le contrôle.");
+                        if (screen.made)
+                            return qsTr("Posez l'appareil sur le bloc de référence pour refaire le contrôle.");
                         return qsTr("Posez l'appareil sur le bloc de référence, puis démarrez.");
                     }
                 }
@@ -147,14 +161,24 @@ Screen {
                     Accessible.name: qsTr("Contrôle en cours")
                 }
                 SignButton {
+                    id: calibrateButton
+                    objectName: "calibrate"
+                    width: parent.width
+                    visible: screen.uncalibrated && !screen.running
+                    highlighted: true
+                    sign: "tune"
+                    text: qsTr("Calibrer l'instrument")
+                    onClicked: Nav.open("CalibrationScreen")
+                }
+                SignButton {
                     id: startButton
                     objectName: "startAccuracy"
                     width: parent.width
                     visible: !screen.running
                     enabled: !Instrument.busy && screen.result !== null
-                    highlighted: true
+                    highlighted: !screen.uncalibrated
                     sign: "balance"
-                    text: screen.result && screen.result.idNAP >= 0 ? qsTr("Refaire le contrôle") : qsTr("Démarrer le contrôle")
+                    text: screen.made ? qsTr("Refaire le contrôle") : qsTr("Démarrer le contrôle")
                     onClicked: screen.start()
                 }
                 SignButton {

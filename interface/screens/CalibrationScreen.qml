@@ -12,6 +12,8 @@ Screen {
 
     readonly property bool running: Instrument.mode === AcquisitionModeEnumClass.CALIBRATION
     readonly property bool exhausted: Instrument.calibrationState === CalibrationEnumClass.TOO_MANY_ERRORS
+    // One came to its end since the start: another one is done again.
+    readonly property bool again: Instrument.calibrationOutcome === "done" || Instrument.calibrationOutcome === "error"
     property real started: 0
     property real elapsed: 0
 
@@ -89,14 +91,14 @@ Screen {
                 width: parent.width
                 text: controller.lastCalibrationDate === ""
                     ? qsTr("Date du dernier calibrage : inconnue")
-                    : qsTr("Dernier calibrage : %1").arg(controller.lastCalibrationDate)
+                    : qsTr("Calibré le %1").arg(controller.lastCalibrationDate)
             }
             Body {
                 width: parent.width
                 objectName: "attempts"
                 // Only a failure ends it: one that was stopped may be started again.
                 text: Instrument.calibrationAttemptsLeft === 0 && !screen.exhausted
-                    ? qsTr("Dernier essai : un échec bloquera le calibrage.")
+                    ? qsTr("Plus qu'un essai : un échec bloquera le calibrage.")
                     : qsTr("Essais restants : %1 sur %2").arg(Instrument.calibrationAttemptsLeft)
                           .arg(config.Nbr_Energy_Adj_Test())
             }
@@ -114,7 +116,9 @@ Screen {
             Body {
                 width: parent.width
                 visible: !screen.running && !screen.exhausted
-                text: qsTr("Tenez l'appareil, obturateur fermé, à l'écart de toute surface, puis démarrez.")
+                text: screen.again
+                    ? qsTr("Pour le refaire, tenez l'appareil, obturateur fermé, à l'écart de toute surface.")
+                    : qsTr("Tenez l'appareil, obturateur fermé, à l'écart de toute surface, puis démarrez.")
                 color: Theme.textSecondary
             }
             SignButton {
@@ -123,9 +127,9 @@ Screen {
                 width: parent.width
                 visible: !screen.running
                 enabled: !Instrument.busy && !screen.exhausted
-                highlighted: true
-                sign: "tune"
-                text: qsTr("Démarrer le calibrage")
+                highlighted: Instrument.calibrationOutcome !== "done"
+                sign: screen.again ? "refresh" : "tune"
+                text: screen.again ? qsTr("Refaire le calibrage") : qsTr("Démarrer le calibrage")
                 onClicked: screen.start()
             }
             SignButton {

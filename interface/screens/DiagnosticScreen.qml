@@ -59,7 +59,6 @@ Screen {
                 TextField {
                     objectName: "place"
                     width: parent.width
-                    placeholderText: qsTr("Adresse ou lieu")
                     text: controller.localization
                     Accessible.name: qsTr("Adresse ou lieu")
                     onEditingFinished: {

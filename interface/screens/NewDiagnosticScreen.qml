@@ -47,7 +47,6 @@ Screen {
             id: nameField
             objectName: "name"
             width: parent.width
-            placeholderText: qsTr("Nom du diagnostic")
             Accessible.name: qsTr("Nom du diagnostic")
             onTextEdited: screen.refusal = ""
             onAccepted: placeField.forceActiveFocus()
@@ -72,14 +71,14 @@ Screen {
             id: placeField
             objectName: "place"
             width: parent.width
-            placeholderText: qsTr("Adresse ou lieu")
             Accessible.name: qsTr("Adresse ou lieu")
             onAccepted: screen.create()
         }
         Button {
             objectName: "create"
             width: parent.width
-            highlighted: true
+            // As refused, it would be again.
+            highlighted: screen.refusal === ""
             text: qsTr("Créer le diagnostic")
             onClicked: screen.create()
         }

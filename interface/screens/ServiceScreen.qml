@@ -111,7 +111,7 @@ Screen {
                 Fact { width: parent.width; name: qsTr("Dernier calibrage"); value: controller.lastCalibrationDate }
                 Fact { width: parent.width; name: qsTr("Fin de mesure à l'allumage"); value: Words.measureMode(Instrument.modeOf(config.Type_End_Measure())) }
                 Fact { width: parent.width; name: qsTr("Durée d'une mesure"); value: qsTr("%1 s").arg(config.Time_Measure()) }
-                Fact { width: parent.width; name: qsTr("Mesures négatives demandées"); value: config.Nbr_Measure() }
+                Fact { width: parent.width; name: qsTr("Négatives par unité à l'allumage"); value: config.Nbr_Measure() }
                 Fact { width: parent.width; name: qsTr("Attente avant mesure"); value: qsTr("%1 s").arg(Words.number(config.Time_Before_Open_Shutter() / 1000, 1)) }
                 Fact { width: parent.width; name: qsTr("Bip"); value: qsTr("%1 s").arg(config.Beep_Time()) }
                 Fact { width: parent.width; name: qsTr("Lampe"); value: qsTr("%1 s").arg(config.Led_Light_Off()) }

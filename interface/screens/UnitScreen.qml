@@ -288,9 +288,9 @@ MeasuringScreen {
                     if (list.count === 0)
                         return screen.statut === UDStatutEnumClass.SKIPPED ? "" : qsTr("Pas encore de mesure.");
                     var text = qsTr("%n mesure(s), la dernière en bas", "", list.count);
-                    if (screen.statut === UDStatutEnumClass.RAW && screen.negatives > 0)
-                        text += " · " + qsTr("%n négative(s) sur %1", "of the ones asked for", screen.negatives)
-                            .arg(controller.nbMeasures);
+                    var missing = controller.nbMeasures - screen.negatives;
+                    if (screen.statut === UDStatutEnumClass.RAW && screen.negatives > 0 && missing > 0)
+                        text += " · " + qsTr("il manque %n négative(s)", "", missing);
                     return text;
                 }
             }
@@ -383,7 +383,7 @@ MeasuringScreen {
         id: removeDialog
         title: qsTr("Supprimer l'unité ?")
         dangerous: true
-        question: qsTr("L'unité et ses mesures seront effacées du diagnostic.")
+        question: qsTr("L'unité n° %1 (%2) et ses mesures seront effacées du diagnostic.").arg(screen.row + 1).arg(screen.title)
         yes: qsTr("Supprimer")
         onAccepted: {
             var gone = screen.row;

@@ -8,6 +8,7 @@
 #include <QtTest>
 
 #include <algorithm>
+#include <cmath>
 
 #include <failure.h>
 #include <measure.h>
@@ -58,6 +59,9 @@ private slots:
     void stateOfConservation_isShownWhereverTheMeasureIs();
     void negativeConcentration_hasAMinusSign();
     void serviceFacts_followTheLibrary();
+    void uncalibratedCheck_leadsToTheCalibration();
+    void tiles_endWhereWhatIsAboveThemEnds();
+    void logLines_areLargeEnoughAndInColumns();
     void colours_keepTheirContrast();
 };
 
@@ -177,7 +181,17 @@ try {
     }
     showcase->uds->append(unit);
     showcase.open(QStringLiteral("UnitScreen"), {{QStringLiteral("row"), 0}});
-    QTRY_VERIFY(isSaid(showcase.window, QStringLiteral("3 mesures, la dernière en bas · 2 négatives sur 3")));
+    const QString count = QStringLiteral("3 mesures, la dernière en bas");
+    QTRY_VERIFY(isSaid(showcase.window, count + QStringLiteral(" · il manque 1 négative")));
+    // As many as are asked for, and more, leave none to come.
+    QVERIFY(showcase->setProperty("nbMeasures", 2));
+    QVERIFY(isSaid(showcase.window, count));
+    QVERIFY(!isSaid(showcase.window, QStringLiteral("il manque")));
+    // What is to be erased is named.
+    unit->setElement(QStringLiteral("Mur"));
+    showcase.hand->tap(QStringLiteral("removeUnit"));
+    showcase.hand->find(QStringLiteral("yes"));
+    QVERIFY(isSaid(showcase.window, QStringLiteral("L'unité n° 1 (Zone A · Mur) et ses mesures")));
 } catch (const Failure &failure) {
     QFAIL(qUtf8Printable(failure.text));
 }
@@ -290,6 +304,72 @@ try {
                 .contains(info.fwVersion);
         },
         QStringLiteral("the information file is to be told"));
+} catch (const Failure &failure) {
+    QFAIL(qUtf8Printable(failure.text));
+}
+
+void TstInterfaceBehaviour::uncalibratedCheck_leadsToTheCalibration()
+try {
+    Showcase &showcase = *m_showcase;
+    showcase.unlock();
+    showcase.open(QStringLiteral("AccuracyScreen"));
+    showcase.hand->waitForScreen(QStringLiteral("AccuracyScreen"));
+    DetectionDecisionEnumClass::DetectionDecision decision = DetectionDecisionEnumClass::UNCALIBRATED;
+    showcase->currentAccuracy()->setDetectionDecision(decision);
+    showcase.hand->tap(QStringLiteral("calibrate"));
+    showcase.hand->waitForScreen(QStringLiteral("CalibrationScreen"));
+    showcase.hand->tap(QStringLiteral("back"));
+    showcase.hand->waitForScreen(QStringLiteral("AccuracyScreen"));
+} catch (const Failure &failure) {
+    QFAIL(qUtf8Printable(failure.text));
+}
+
+void TstInterfaceBehaviour::tiles_endWhereWhatIsAboveThemEnds()
+try {
+    Showcase &showcase = *m_showcase;
+    showcase.unlock();
+    showcase->setFileName(QStringLiteral("Cave-7"));
+    const auto rectOf = [this](const char *name) {
+        const QQuickItem *item = itemNamed(QLatin1String(name));
+        return item->mapRectToScene(QRectF(0, 0, item->width(), item->height()));
+    };
+    showcase.hand->inBothOrientations([&](const QString &appearance) {
+        const bool isWide = showcase.window->width() > showcase.window->height();
+        const QRectF last = rectOf(isWide ? "tile_accuracy" : "tile_direct");
+        QVERIFY2(last.right() == rectOf("openDiagnostic").right(), qUtf8Printable(appearance));
+        // Between two pixels they would be drawn a pixel too far.
+        QVERIFY2(last.left() == std::floor(last.left()), qUtf8Printable(appearance));
+    });
+} catch (const Failure &failure) {
+    QFAIL(qUtf8Printable(failure.text));
+}
+
+void TstInterfaceBehaviour::logLines_areLargeEnoughAndInColumns()
+try {
+    Showcase &showcase = *m_showcase;
+    showcase.unlock();
+    showcase.open(QStringLiteral("LogScreen"));
+    showcase->setLight(true);
+    showcase->setLight(false);
+    QTRY_VERIFY(isSaid(showcase.window, QStringLiteral("switch OFF the light.")));
+    QList<QQuickItem *> times;
+    const QList<QQuickItem *> items = visibleItems(showcase.window->contentItem());
+    for (QQuickItem *item : items) {
+        const bool isTime = item->objectName() == QLatin1String("when");
+        if (isTime)
+            times.append(item);
+        if (!isTime && item->objectName() != QLatin1String("line"))
+            continue;
+        QVERIFY(item->property("font").value<QFont>().pixelSize() >= 15);
+        QVERIFY(!item->property("truncated").toBool());
+    }
+    QVERIFY(times.size() > 1);
+    const QQuickItem *line = itemNamed(QStringLiteral("line"));
+    for (const QQuickItem *time : qAsConst(times)) {
+        QVERIFY(time->property("contentWidth").toDouble() < line->x());
+        // The time, and below it the level.
+        QCOMPARE(time->property("text").toString().indexOf(QLatin1Char('\n')), 12);
+    }
 } catch (const Failure &failure) {
     QFAIL(qUtf8Printable(failure.text));
 }

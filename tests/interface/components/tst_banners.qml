@@ -24,6 +24,7 @@ Item {
             var banner = named(column, "errorBanner");
             verify(says(banner, "Anomalie DAC - Erreur S4"));
             compare(banner.Accessible.name.indexOf("Anomalie DAC - Erreur S4"), 0);
+            verify(says(banner, "(erreur n° 1)"));
             compare(bench.complaints(column).join("\n"), "");
             mouseClick(named(banner, "bannerButton"));
             compare(error.errorMessage, "");

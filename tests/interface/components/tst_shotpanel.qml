@@ -25,10 +25,10 @@ Item {
         }
         function test_notReady_isToldBeforeTheShot() {
             var panel = createTemporaryObject(shotPanel, stage);
-            bench.conditions(false, 21, 1200);
+            bench.conditions(false, 60, 1200);
             Instrument.measureDirect();
             verify(says(panel, "Pas prêt à mesurer"));
-            verify(says(panel, "L'instrument n'est pas prêt"));
+            verify(says(panel, "60 °C, 1200 V : attendez."));
             compareColors(panel.border.color, Theme.undecided);
             bench.conditions(true, 21, 1200);
             verify(says(panel, "Prêt à mesurer"));
@@ -52,22 +52,27 @@ Item {
             verify(says(panel, "jusqu'à la décision définitive"));
             for (var i = 0; i < 4; ++i)
                 bench.tellResult(2.7 + i / 10, 0.2, DetectionDecisionEnumClass.POSITIVE);
-            verify(says(panel, "relâchez la détente"));
+            verify(says(panel, "La décision reste, la valeur peut encore changer : relâchez la détente."));
             compare(bench.complaints(panel).join("\n"), "");
             bench.tellEnd();
             verify(says(panel, "Mesure terminée"));
             compare(directMeasures.count, 1);
         }
         function test_unitAtRest_tellsWhy_data() {
-            return [{ tag: "measured", statut: UDStatutEnumClass.NEGATIVE, text: "L'unité a son résultat" },
-                    { tag: "left out", statut: UDStatutEnumClass.SKIPPED, text: "L'unité n'est pas à mesurer" }];
+            return [{ tag: "measured", statut: UDStatutEnumClass.NEGATIVE, state: "En veille",
+                      text: "L'unité a son résultat" },
+                    { tag: "left out", statut: UDStatutEnumClass.SKIPPED, state: "Unité non mesurée",
+                      text: "La détente est sans effet.\nNoté : Hors d'atteinte" }];
         }
         function test_unitAtRest_tellsWhy(data) {
             bench.addUnit("Cuisine", "Mur", data.statut);
+            uds.get(0).observation = "Hors d'atteinte";
             Instrument.measureUnit(0);
             var panel = createTemporaryObject(shotPanel, stage);
-            verify(says(panel, "En veille"));
+            verify(says(panel, data.state));
             verify(says(panel, data.text));
+            uds.get(0).observation = "";
+            verify(!says(panel, "Noté"));
             Instrument.standby();
         }
         function test_tooFarAway_isToComeNearer() {
@@ -83,6 +88,7 @@ Item {
             bench.tellEnd();
             verify(says(panel, "Mesure terminée"));
             compare(panel.sign, "warning");
+            verify(says(panel, "Trop loin de la surface : rapprochez l'appareil"));
         }
         function test_modes_adviseTheirOwn_data() {
             return [{ tag: "defined", mode: MeasureModeEnumClass.DEFINED, text: "Maintenez : la mesure dure" },
