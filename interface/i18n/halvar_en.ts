@@ -842,11 +842,11 @@
     </message>
     <message>
         <source>Fin de la source</source>
-        <translation>End of the source</translation>
+        <translation>Source ends</translation>
     </message>
     <message>
         <source>Alerte avant la fin</source>
-        <translation>Warning before the end</translation>
+        <translation>Warning before that</translation>
     </message>
     <message>
         <source>Dernier calibrage</source>
@@ -854,15 +854,15 @@
     </message>
     <message>
         <source>Fin de mesure à l&apos;allumage</source>
-        <translation>End of a measurement at start-up</translation>
+        <translation>Measuring mode at start-up</translation>
     </message>
     <message>
         <source>Attente avant mesure</source>
-        <translation>Wait before a measurement</translation>
+        <translation>Wait before measuring</translation>
     </message>
     <message>
         <source>Durée maximale d&apos;une erreur</source>
-        <translation>Maximum duration of an error</translation>
+        <translation>Longest error</translation>
     </message>
     <message>
         <source>%1 s</source>
@@ -956,7 +956,7 @@
     </message>
     <message>
         <source>Durée d&apos;une mesure</source>
-        <translation>Length of a measurement</translation>
+        <translation>Measurement time</translation>
     </message>
     <message>
         <source>Bip</source>
@@ -1007,7 +1007,7 @@
     </message>
     <message>
         <source>Durée fixe d&apos;une mesure</source>
-        <translation>Fixed time of a measurement</translation>
+        <translation>Fixed measurement time</translation>
     </message>
 </context>
 <context>
@@ -1081,7 +1081,7 @@
     </message>
     <message>
         <source>Appliquez l&apos;appareil, pressez la détente et maintenez-la.</source>
-        <translation>Apply the instrument, press the trigger and hold it.</translation>
+        <translation>Hold the instrument against the surface, then press and hold the trigger.</translation>
     </message>
     <message>
         <source>La détente est sans effet.</source>
@@ -1285,7 +1285,7 @@
     </message>
     <message>
         <source>Élément à choisir</source>
-        <translation>Element to choose</translation>
+        <translation>Choose an element</translation>
     </message>
     <message>
         <source>Élément</source>
@@ -1293,7 +1293,7 @@
     </message>
     <message>
         <source>Substrat à choisir</source>
-        <translation>Substrate to choose</translation>
+        <translation>Choose a substrate</translation>
     </message>
     <message>
         <source>Substrat</source>
@@ -1301,7 +1301,7 @@
     </message>
     <message>
         <source>Revêtement à choisir</source>
-        <translation>Coating to choose</translation>
+        <translation>Choose a coating</translation>
     </message>
     <message>
         <source>Revêtement</source>
@@ -1389,8 +1389,8 @@
     <message numerus="yes">
         <source>il manque %n négative(s)</source>
         <translation>
-            <numerusform>%n more negative to conclude</numerusform>
-            <numerusform>%n more negatives to conclude</numerusform>
+            <numerusform>%n more negative needed</numerusform>
+            <numerusform>%n more negatives needed</numerusform>
         </translation>
     </message>
     <message>
@@ -1536,7 +1536,7 @@
     </message>
     <message>
         <source>Libre</source>
-        <translation>Practice</translation>
+        <translation>Spot check</translation>
     </message>
     <message>
         <source>Début</source>
@@ -1544,7 +1544,7 @@
     </message>
     <message>
         <source>Reprise</source>
-        <translation>Resumed</translation>
+        <translation>On resuming</translation>
     </message>
     <message>
         <source>Fin</source>
@@ -1580,7 +1580,7 @@
     </message>
     <message>
         <source>élément à choisir</source>
-        <translation>element to choose</translation>
+        <translation>no element yet</translation>
     </message>
     <message>
         <source>inconnue</source>
