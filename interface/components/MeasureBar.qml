@@ -22,7 +22,7 @@ Item {
     readonly property real unit: width / full
     readonly property real drawn: Math.max(0, concentration)
 
-    implicitHeight: legend.y + legend.height + 1
+    implicitHeight: legend.y + legend.height
     Accessible.role: Accessible.Graphic
     Accessible.name: qsTr("%1 plus ou moins %2, seuil %3").arg(Words.concentration(concentration))
         .arg(Words.concentration(sigma)).arg(Words.number(threshold, 1))
@@ -76,9 +76,9 @@ Item {
     Rectangle {
         objectName: "thresholdRim"
         x: line.x - 2
-        y: track.y + 1
+        y: track.y
         width: line.width + 4
-        height: track.height - 2
+        height: track.height
         color: Theme.surface
     }
     Rectangle {
@@ -96,12 +96,12 @@ Item {
         objectName: "bracket"
         visible: bar.sigma > 0 && to > 0
         x: Math.round(Math.max(0, from) * bar.unit)
-        y: track.y + track.height + 3
+        y: track.y + track.height + 2
         width: Math.max(3, Math.round(to * bar.unit) - x)
-        height: 9
+        height: 7
 
         Rectangle {
-            y: 3
+            y: 2
             width: parent.width
             height: 3
             color: Theme.text

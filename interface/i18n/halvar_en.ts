@@ -968,7 +968,7 @@
     </message>
     <message>
         <source>Négatives par unité à l&apos;allumage</source>
-        <translation>Negatives per unit at start-up</translation>
+        <translation>Negatives per unit, default</translation>
     </message>
 </context>
 <context>
