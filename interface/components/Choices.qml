@@ -90,6 +90,9 @@ ListView {
     Accessible.role: Accessible.List
 
     Body {
+        // Not of the content, whose place and size are left from the last rows.
+        parent: list
+        objectName: "emptyText"
         anchors.centerIn: parent
         width: parent.width - 4 * Theme.margin
         visible: list.count === 0 && text !== ""

@@ -42,10 +42,14 @@ Screen {
     property bool opened: false
     onShown: {
         diagnosticFiles.following = true;
-        // The newest at first; coming back, the one that was left, wherever it stands now.
-        if (!opened)
-            list.currentIndex = 0;
+        // A list counts anew only once it has been laid out.
         opened = true;
+        // The diagnostic that was left may stand elsewhere now.
+        list.forceLayout();
+        if (list.currentIndex > 0)
+            list.positionViewAtIndex(list.currentIndex, ListView.Contain);
+        else
+            list.showNewest();
     }
     onHidden: diagnosticFiles.following = false
     UnsavedDialog { id: unsavedDialog }
@@ -84,7 +88,7 @@ Screen {
         id: list
         objectName: "diagnosticList"
         anchors.fill: parent
-        model: diagnosticFiles
+        model: screen.opened ? diagnosticFiles : null
         emptyText: qsTr("Aucun diagnostic. Créez le premier avec « Nouveau ».")
         Accessible.name: screen.title
         // To whoever is at the top; keys that lead further down keep their row.

@@ -58,6 +58,8 @@ private slots:
     void fileThatComesOrGoes_leavesTheListWhereItIsRead();
     void fileThatComes_isShownToWhoeverIsAtTheTop();
     void diagnosticThatWasLeft_isTheChosenOneInSight();
+    void lastFileThatGoes_leavesTheListSayingSo_data();
+    void lastFileThatGoes_leavesTheListSayingSo();
     void badNameOfADiagnostic_isRefusedWithItsReason_data();
     void badNameOfADiagnostic_isRefusedWithItsReason();
     void damagedFile_isOpenedOnlyWhenConfirmed();
@@ -214,6 +216,43 @@ try {
     showcase.hand->pause(50);
     QCOMPARE(focusedRow(showcase.window), QStringLiteral("Grange"));
     QVERIFY(itemNamed(QStringLiteral("diagnosticList"))->property("atYBeginning").toBool());
+} catch (const Failure &failure) {
+    QFAIL(qUtf8Printable(failure.text));
+}
+
+void TstInterfaceDiagnostics::lastFileThatGoes_leavesTheListSayingSo_data()
+{
+    QTest::addColumn<bool>("beforeTheListOpens");
+    QTest::newRow("before the list opens") << true;
+    QTest::newRow("while it is shown") << false;
+}
+
+void TstInterfaceDiagnostics::lastFileThatGoes_leavesTheListSayingSo()
+try {
+    QFETCH(bool, beforeTheListOpens);
+    Showcase &showcase = *m_showcase;
+    showcase.unlock();
+    const auto removeAll = [] {
+        const QDir files(Showcase::home() + QStringLiteral("files"));
+        const QStringList names = files.entryList(QDir::Files);
+        QVERIFY(!names.isEmpty());
+        for (const QString &name : names)
+            QVERIFY(QFile::remove(files.filePath(name)));
+    };
+    if (beforeTheListOpens)
+        removeAll();
+    showcase.open(QStringLiteral("DiagnosticsScreen"));
+    if (!beforeTheListOpens)
+        removeAll();
+    const QQuickItem *list = itemNamed(QStringLiteral("diagnosticList"));
+    showcase.hand->waitFor([&] { return list->property("count").toInt() == 0; },
+                           QStringLiteral("the list is to be empty"));
+    showcase.hand->pause(50);
+    const QQuickItem *text = itemNamed(QStringLiteral("emptyText"));
+    const QRectF place = text->mapRectToItem(list, QRectF(QPointF(), text->size()));
+    QVERIFY2(qAbs(place.center().y() - list->height() / 2) < 2,
+             qPrintable(QStringLiteral("at %1 of %2").arg(place.y()).arg(list->height())));
+    QCOMPARE(complaints(showcase.window), QStringList());
 } catch (const Failure &failure) {
     QFAIL(qUtf8Printable(failure.text));
 }
