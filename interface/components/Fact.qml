@@ -3,7 +3,7 @@
 import QtQuick 2.15
 import HalvarStyle 1.0
 
-// A line of a table: what it is, and its value.
+// A line of a table: what it is, and its value. Each takes what the other leaves of the line, and half of it at least.
 Item {
     id: fact
 
@@ -16,7 +16,7 @@ Item {
 
     Body {
         id: nameText
-        width: parent.width * 0.48
+        width: parent.width - valueText.width - Theme.spacing
         text: fact.name
         color: Theme.textSecondary
         font.pixelSize: Theme.fontSmall
@@ -24,7 +24,7 @@ Item {
     Body {
         id: valueText
         anchors.right: parent.right
-        width: parent.width * 0.5
+        width: Math.min(implicitWidth, Math.max(parent.width / 2, parent.width - nameText.implicitWidth - Theme.spacing))
         horizontalAlignment: Text.AlignRight
         text: fact.value === "" ? "–" : fact.value
         font { pixelSize: Theme.fontSmall; weight: Font.DemiBold }

@@ -11,7 +11,7 @@ Item {
 
     property int value: LocalisationEnumClass.NOT_DETERMINED
     readonly property int cellWidth: 84
-    readonly property int cellHeight: 56
+    readonly property int cellHeight: 54
     readonly property Item first: places.count > 0 ? places.itemAt(0) : null
 
     signal chosen(int localisation)

@@ -118,6 +118,8 @@ private slots:
     void expiredSourceShockAndError_leaveEveryScreenUsable();
     void smallScreen_isFitted_data();
     void smallScreen_isFitted();
+    void pageOfAFewControls_isSeenWhole_data();
+    void pageOfAFewControls_isSeenWhole();
     void emptyReferenceLists_areSaidToBeEmpty();
     void missingPicture_isReplacedByASign();
 };
@@ -232,6 +234,52 @@ try {
         showcase.hand->waitForScreen(QStringLiteral("HomeScreen"));
     }
     VERIFY_NOTHING_FOUND(found + showcase.watch.warnings());
+} catch (const Failure &failure) {
+    QFAIL(qUtf8Printable(failure.text));
+}
+
+void TstInterfaceScreens::pageOfAFewControls_isSeenWhole_data()
+{
+    QTest::addColumn<QString>("language");
+    QTest::newRow("French") << "fr_FR";
+    QTest::newRow("English") << "en_GB";
+}
+
+void TstInterfaceScreens::pageOfAFewControls_isSeenWhole()
+try {
+    QFETCH(QString, language);
+    Showcase showcase{QLocale(language)};
+    showcase.unlock();
+    showcase.settleAtOnce();
+    addUnit(showcase, QStringLiteral("Cuisine"), QStringLiteral("Mur"));
+    QStringList found;
+    const auto all = screens(showcase, QStringLiteral("Cuisine"));
+    for (const auto &[name, properties] : all) {
+        if (!QStringList{QStringLiteral("CalibrationScreen"), QStringLiteral("SettingsScreen"),
+                         QStringLiteral("NewDiagnosticScreen"), QStringLiteral("DiagnosticScreen"),
+                         QStringLiteral("MeasureScreen")}
+                 .contains(name))
+            continue;
+        showcase.open(name, properties);
+        showcase.hand->inBothOrientations([&, screen = name](const QString &appearance) {
+            const QList<QQuickItem *> items = visibleItems(showcase.window->contentItem());
+            int sheets = 0;
+            for (const QQuickItem *item : items) {
+                if (!item->inherits("QQuickFlickable"))
+                    continue;
+                ++sheets;
+                const double hidden = item->property("contentHeight").toDouble() - item->height();
+                if (hidden > 0)
+                    found.append(
+                        QStringLiteral("%1, %2: %3 px are hidden").arg(screen, appearance).arg(hidden));
+            }
+            if (sheets == 0)
+                found.append(QStringLiteral("%1, %2: there is no sheet").arg(screen, appearance));
+        });
+        showcase.hand->key(Qt::Key_Escape);
+        showcase.hand->waitForScreen(QStringLiteral("HomeScreen"));
+    }
+    VERIFY_NOTHING_FOUND(found);
 } catch (const Failure &failure) {
     QFAIL(qUtf8Printable(failure.text));
 }
