@@ -825,18 +825,6 @@
         <translation>MSP, server</translation>
     </message>
     <message>
-        <source>Lambrik</source>
-        <translation>Lambrik</translation>
-    </message>
-    <message>
-        <source>Marten</source>
-        <translation>Marten</translation>
-    </message>
-    <message>
-        <source>Application SAV</source>
-        <translation>Service application</translation>
-    </message>
-    <message>
         <source>Fichier de configuration</source>
         <translation>Configuration file</translation>
     </message>
@@ -969,6 +957,18 @@
     <message>
         <source>Négatives par unité à l&apos;allumage</source>
         <translation>Negatives per unit, default</translation>
+    </message>
+    <message>
+        <source>Lambrik, configuration</source>
+        <translation>Lambrik, configuration</translation>
+    </message>
+    <message>
+        <source>Marten, configuration</source>
+        <translation>Marten, configuration</translation>
+    </message>
+    <message>
+        <source>Application SAV, configuration</source>
+        <translation>Service application, configuration</translation>
     </message>
 </context>
 <context>

@@ -102,9 +102,10 @@ Screen {
                 Fact { width: parent.width; name: qsTr("Bibliothèque"); value: controller.getLibControllerVersion() }
                 Fact { width: parent.width; name: qsTr("MSP, micrologiciel"); value: screen.mspFirmware }
                 Fact { width: parent.width; name: qsTr("MSP, serveur"); value: screen.mspServer }
-                Fact { width: parent.width; name: qsTr("Lambrik"); value: config.VersionLambrik() }
-                Fact { width: parent.width; name: qsTr("Marten"); value: config.VersionMarten() }
-                Fact { width: parent.width; name: qsTr("Application SAV"); value: config.VersionAppSAV() }
+                // As the configuration has them; the information file may name others.
+                Fact { width: parent.width; name: qsTr("Lambrik, configuration"); value: config.VersionLambrik() }
+                Fact { width: parent.width; name: qsTr("Marten, configuration"); value: config.VersionMarten() }
+                Fact { width: parent.width; name: qsTr("Application SAV, configuration"); value: config.VersionAppSAV() }
                 Fact { width: parent.width; name: qsTr("Fichier de configuration"); value: config.VersionXMLFile() }
                 Fact { width: parent.width; name: qsTr("Fin de la source"); value: Qt.formatDate(config.DateEndSource(), "dd-MM-yyyy") }
                 Fact { width: parent.width; name: qsTr("Alerte avant la fin"); value: qsTr("%n mois", "", config.Remaining_Time_Before_EndSource()) }

@@ -38,7 +38,7 @@ Screen {
             sign: "shock"
             signColor: Theme.undecided
             heading: isNaN(shock.dateTime) ? qsTr("date illisible")
-                                           : Qt.formatDateTime(shock.dateTime, "dd-MM-yyyy HH:mm:ss")
+                                           : Qt.formatDateTime(shock.dateTime, "dd-MM-yyyy HH:mm:ss t")
             detail: qsTr("choc n° %1").arg(newestFirst.findOriginalModelIndex(shock.index) + 1)
         }
     }

@@ -11,6 +11,7 @@
 #include <cmath>
 
 #include <failure.h>
+#include <halvar-error.h>
 #include <measure.h>
 #include <measurelistmodel.h>
 #include <mspinfo.h>
@@ -58,6 +59,7 @@ private slots:
     void newestMeasure_isShownBelowAWholeRow();
     void stateOfConservation_isShownWhereverTheMeasureIs();
     void negativeConcentration_hasAMinusSign();
+    void historyOfShocks_hasTheNewestOnTopWithItsZone();
     void serviceFacts_followTheLibrary();
     void uncalibratedCheck_leadsToTheCalibration();
     void tiles_endWhereWhatIsAboveThemEnds();
@@ -274,6 +276,33 @@ try {
     showcase.open(QStringLiteral("DirectScreen"));
     QVERIFY(isSaid(showcase.window, QStringLiteral("−0,25")));
     QVERIFY(complaints(showcase.window).isEmpty());
+} catch (const Failure &failure) {
+    QFAIL(qUtf8Printable(failure.text));
+}
+
+void TstInterfaceBehaviour::historyOfShocks_hasTheNewestOnTopWithItsZone()
+try {
+    Showcase &showcase = *m_showcase;
+    showcase.unlock();
+    const QString before = QDateTime::currentDateTime().toString(QStringLiteral("dd-MM-yyyy HH:mm"));
+    showcase->error->setShock(true);
+    showcase.open(QStringLiteral("ShocksScreen"));
+    const QQuickItem *list = itemNamed(QStringLiteral("shockList"));
+    QCOMPARE(list->property("count").toInt(), 4);
+    const auto heading = [&](int row) {
+        QQuickItem *item = nullptr;
+        QMetaObject::invokeMethod(const_cast<QQuickItem *>(list), "itemAtIndex",
+                                  Q_RETURN_ARG(QQuickItem *, item), Q_ARG(int, row));
+        return item ? item->property("heading").toString() : QString();
+    };
+    const QString after = QDateTime::currentDateTime().toString(QStringLiteral("dd-MM-yyyy HH:mm"));
+    QVERIFY2(heading(0).startsWith(before) || heading(0).startsWith(after), qUtf8Printable(heading(0)));
+    QVERIFY2(heading(0).endsWith(QDateTime::currentDateTime().timeZoneAbbreviation()),
+             qUtf8Printable(heading(0)));
+    // As the sample home has them.
+    QVERIFY2(heading(1).startsWith(QLatin1String("13-01-2026")), qUtf8Printable(heading(1)));
+    QVERIFY2(heading(2).startsWith(QLatin1String("03-12-2025")), qUtf8Printable(heading(2)));
+    QVERIFY2(heading(3).startsWith(QLatin1String("17-10-2025")), qUtf8Printable(heading(3)));
 } catch (const Failure &failure) {
     QFAIL(qUtf8Printable(failure.text));
 }
