@@ -202,6 +202,17 @@ try {
     QVERIFY2(delegates >= fit - 2 && delegates <= 2 * fit, qPrintable(QString::number(delegates)));
     // The list lays itself out with the next picture.
     QTRY_VERIFY(complaints(bench.window).isEmpty());
+    // The first line in sight is a whole one.
+    const double top = list->property("contentY").toDouble();
+    int drawn = 0;
+    for (const QQuickItem *child : children) {
+        if (child->objectName() != QLatin1String("trafficLine") || child->opacity() < 1)
+            continue;
+        ++drawn;
+        QVERIFY2(child->y() > top - 1 || child->y() + child->height() <= top,
+                 qPrintable(QStringLiteral("%1 px are cut").arg(top - child->y())));
+    }
+    QVERIFY2(drawn >= fit - 2, qPrintable(QString::number(drawn)));
     VERIFY_NOTHING_FOUND(bench.watch.warnings());
 } catch (const Failure &failure) {
     QFAIL(qUtf8Printable(failure.text));

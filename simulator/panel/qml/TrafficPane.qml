@@ -86,6 +86,8 @@ Item {
             objectName: "trafficLine"
             width: list.width - Theme.margin
             height: Math.max(22, line.implicitHeight + 4)
+            // Half a line at the top is read by nobody; whoever scrolls sees that it goes on.
+            opacity: list.following && !list.moving && y < list.contentY && 2 * height < list.height ? 0 : 1
             Accessible.role: Accessible.ListItem
             Accessible.name: link.text + " " + line.text
 
