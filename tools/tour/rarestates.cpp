@@ -4,7 +4,11 @@
 // What an operator sees on a bad day only.
 #include "tour.h"
 
+#include <QDir>
+#include <QFile>
+
 #include <calibration.h>
+#include <failure.h>
 #include <halvar-error.h>
 #include <halvarcontroller.h>
 
@@ -14,6 +18,53 @@ void Tour::meetRareStates()
     failChecks();
     failShots();
     exhaustCalibration();
+}
+
+void Tour::lookAtOddLists()
+{
+    const auto move = [](const QDir &from, const QDir &to) {
+        const QStringList names = from.entryList(QDir::Files);
+        for (const QString &name : names) {
+            if (!QFile::rename(from.filePath(name), to.filePath(name)))
+                throw Failure{QStringLiteral("%1 cannot be moved").arg(from.filePath(name))};
+        }
+    };
+    const QDir home(m_controller.property("home").toString());
+    const QDir files(home.filePath(QStringLiteral("files")));
+    const QDir aside(home.filePath(QStringLiteral("aside")));
+    if (!home.mkpath(QStringLiteral("aside")))
+        throw Failure{QStringLiteral("%1 cannot be made").arg(aside.path())};
+    move(files, aside);
+    m_hand.tap(QStringLiteral("Diagnostics"));
+    m_hand.waitForScreen(QStringLiteral("DiagnosticsScreen"));
+    picture(QStringLiteral("diagnostics-empty"));
+
+    QFile sample(aside.filePath(QStringLiteral("Cave-7.xml")));
+    if (!sample.open(QIODevice::ReadOnly))
+        throw Failure{sample.errorString()};
+    const QByteArray content = sample.readAll();
+    const QString word = QStringLiteral("Résidence des Tilleuls ");
+    const QStringList names{word.repeated(9).trimmed(), QString(251, QLatin1Char('W')),
+                            QString::fromUtf8("تشخيص المنزل الكبير رقم ١٢"),
+                            QString::fromUtf8("🏠 Séjour 👨‍👩‍👧‍👦 🧱")};
+    for (const QString &name : names) {
+        QFile file(files.filePath(name + QStringLiteral(".xml")));
+        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+            throw Failure{file.errorString()};
+    }
+    m_hand.find(names.last());
+    picture(QStringLiteral("diagnostics-names"));
+    m_hand.tap(QStringLiteral("Supprimer « %1 »").arg(names.first()));
+    m_hand.find(QStringLiteral("yes"));
+    picture(QStringLiteral("diagnostic-remove-long"));
+    m_hand.tap(QStringLiteral("no"));
+
+    for (const QString &name : names)
+        QFile::remove(files.filePath(name + QStringLiteral(".xml")));
+    move(aside, files);
+    QDir().rmdir(aside.path());
+    m_hand.find(QStringLiteral("Cave-7"));
+    back(QStringLiteral("HomeScreen"));
 }
 
 void Tour::notReady()

@@ -30,6 +30,7 @@ void Tour::run()
     calibrate();
     measureDirectly();
     meetFaults();
+    lookAtOddLists();
     lookAtFiles();
     beginDiagnostic();
     describeUnit();

@@ -37,6 +37,7 @@ private:
     void measureDirectly();
     void meetFaults();
     void lookAtFiles();
+    void lookAtOddLists();
     void beginDiagnostic();
     void describeUnit();
     void measureUnit();
