@@ -107,6 +107,7 @@ Screen {
                             spacing: 6
                             Text {
                                 id: checked
+                                objectName: "checkedValue"
                                 text: screen.result && screen.result.sigma > 0
                                     ? qsTr("%1 ± %2").arg(Words.concentration(screen.result.concentration))
                                           .arg(Words.concentration(screen.result.sigma)) : "–"
