@@ -295,7 +295,7 @@ void TstQQmlSortFilterProxyModelExpressions::sort_namesReachNoFurther()
     const Proxy *proxy = make("sourceModel: list; sortRoleName: 'title'; sortOrder: Qt.AscendingOrder;"
                               "sortExpression: model.rank + index");
     QCOMPARE(titles(proxy), QStringLiteral("a b c d")); // the names of the filter mean nothing here
-    QVERIFY(warnings(log).size() > 0);
+    QVERIFY(!warnings(log).isEmpty());
 }
 
 void TstQQmlSortFilterProxyModelExpressions::sort_thatThrows_warnsAndComparesByRole()
@@ -305,7 +305,7 @@ void TstQQmlSortFilterProxyModelExpressions::sort_thatThrows_warnsAndComparesByR
                               "sortExpression: probe.note(0) && nowhere");
     QCOMPARE(titles(proxy), QStringLiteral("d c b a"));
     const QString line = QStringLiteral("\"ReferenceError: nowhere is not defined\"");
-    QVERIFY(warnings(log).size() > 0);
+    QVERIFY(!warnings(log).isEmpty());
     QCOMPARE(warnings(log).count(line), m_probe->notes.size()); // one for each comparison
     QCOMPARE(warnings(log).size(), m_probe->notes.size());
 }

@@ -159,6 +159,7 @@ private slots:
         tuple.set("a", Value(1));
         const Tuple taken(std::move(tuple));
         QCOMPARE(taken.get("a").toInt(), 1);
+        // NOLINTNEXTLINE(bugprone-use-after-move): that it can be used again is promised
         tuple.clear();
         tuple.set("b", Value(2));
         QCOMPARE(tuple.get("b").toInt(), 2);
@@ -361,8 +362,9 @@ private slots:
             QCOMPARE(alive, 1);
             AutoRef<Counted> third(std::move(second));
             // cppcheck-suppress accessMoved ; that it is empty then is promised
-            QVERIFY(!second);
-            third = third;
+            QVERIFY(!second); // NOLINT(bugprone-use-after-move)
+            const AutoRef<Counted> &itself = third;
+            third = itself;
             QCOMPARE(alive, 1);
             third = AutoRef<Counted>(new Counted(alive));
             QCOMPARE(alive, 1);
