@@ -86,7 +86,7 @@ rc::Gen<Sequence> sequences(std::size_t length)
 {
     return [length](const rc::Random &random, int) {
         rc::Random source = random;
-        return rc::shrinkable::shrinkRecur(Generator(source.next()).sequence(length), shrinks);
+        return rc::shrinkable::shrinkRecur(Generator(source.next()).sequence(length), &shrinks);
     };
 }
 
@@ -97,7 +97,7 @@ rc::Gen<Sequence> answeredSequences(std::size_t length)
         Generator generator(source.next());
         Sequence sequence = generator.sequence(length);
         sequence.reactions = generator.reactions();
-        return rc::shrinkable::shrinkRecur(sequence, shrinks);
+        return rc::shrinkable::shrinkRecur(sequence, &shrinks);
     };
 }
 
