@@ -340,7 +340,7 @@
         <translation>in error, to be acknowledged</translation>
     </message>
     <message>
-        <source>aucun</source>
+        <source>aucune</source>
         <translation>none</translation>
     </message>
     <message>
@@ -372,8 +372,8 @@
         <translation>Service: %1</translation>
     </message>
     <message>
-        <source>Dernier résultat : %1</source>
-        <translation>Last result: %1</translation>
+        <source>Dernière mesure terminée : %1</source>
+        <translation>Last finished measurement: %1</translation>
     </message>
 </context>
 </TS>

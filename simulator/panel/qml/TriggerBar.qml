@@ -37,7 +37,7 @@ Item {
     readonly property string result: {
         var last = instrument.nap.last;
         if (!last)
-            return qsTr("aucun");
+            return qsTr("aucune");
         return qsTr("%1 ± %2 mg/cm²").arg(Number(last.value).toLocaleString(Qt.locale(), "f", 2))
                                      .arg(Number(last.sigma).toLocaleString(Qt.locale(), "f", 2));
     }
@@ -109,7 +109,7 @@ Item {
         }
         StateText { text: qsTr("Microcontrôleur : %1").arg(bar.safety) }
         StateText { text: qsTr("Service : %1").arg(bar.acquisition) }
-        StateText { text: qsTr("Dernier résultat : %1").arg(bar.result) }
+        StateText { text: qsTr("Dernière mesure terminée : %1").arg(bar.result) }
     }
     LastDone {
         id: done
