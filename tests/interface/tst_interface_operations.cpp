@@ -8,6 +8,8 @@
 #include <QQuickWindow>
 #include <QtTest>
 
+#include <algorithm>
+
 #include <QsLog.h>
 
 #include <date.h>
@@ -54,6 +56,8 @@ private slots:
     void holdOff_countsDown();
     void statusBar_hasDateTimeAndZone();
     void wifi_isSwitchedOnTheInstrument();
+    void theme_isChangedByItsButton();
+    void choices_showTheirPictures();
     void accuracyStages_showTheirOwnResults();
     void accuracyCheck_canBeStopped();
     void calibration_canBeStoppedAndTellsTheLastOne();
@@ -121,6 +125,45 @@ try {
             return record.lastIndexOf("napwifi start") > record.lastIndexOf("napwifi stop");
         },
         QStringLiteral("the Wi-Fi is to be switched on"));
+} catch (const Failure &failure) {
+    QFAIL(qUtf8Printable(failure.text));
+}
+
+void TstInterfaceOperations::theme_isChangedByItsButton()
+try {
+    Showcase &showcase = *m_showcase;
+    showcase.unlock();
+    const auto brightness = [&] { return showcase.colour(QStringLiteral("background")).lightness(); };
+    QVERIFY(brightness() > 200);
+    showcase.hand->tap(QStringLiteral("Affichage de nuit"));
+    showcase.hand->pause(50);
+    QVERIFY(brightness() < 50);
+    showcase.hand->tap(QStringLiteral("Affichage de jour"));
+    showcase.hand->pause(50);
+    QVERIFY(brightness() > 200);
+} catch (const Failure &failure) {
+    QFAIL(qUtf8Printable(failure.text));
+}
+
+void TstInterfaceOperations::choices_showTheirPictures()
+try {
+    Showcase &showcase = *m_showcase;
+    showcase.unlock();
+    for (const char *list : {"rooms", "elements", "substrates", "coatings"}) {
+        showcase.open(QStringLiteral("PickScreen"),
+                      {{QStringLiteral("items"), showcase.object(QLatin1String(list))}});
+        const auto isDrawn = [this] {
+            const QList<QQuickItem *> items = visibleItems(itemNamed(QStringLiteral("pickList")));
+            const auto drawn = std::count_if(items.begin(), items.end(), [](const QQuickItem *item) {
+                return item->inherits("QQuickImage") && item->property("paintedWidth").toDouble() > 30;
+            });
+            return drawn >= 5;
+        };
+        showcase.hand->waitFor(isDrawn,
+                               QStringLiteral("the pictures of %1 are to be drawn").arg(QLatin1String(list)));
+        showcase.hand->key(Qt::Key_Escape);
+        showcase.hand->waitForScreen(QStringLiteral("HomeScreen"));
+    }
 } catch (const Failure &failure) {
     QFAIL(qUtf8Printable(failure.text));
 }
