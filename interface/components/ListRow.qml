@@ -96,6 +96,8 @@ AbstractButton {
                 maximumLineCount: 2
                 wrapMode: Text.Wrap
                 elide: Text.ElideRight
+                // The side of the rows, also for a script that runs the other way.
+                horizontalAlignment: Text.AlignLeft
                 textFormat: Text.PlainText
             }
             Text {
@@ -107,6 +109,7 @@ AbstractButton {
                 maximumLineCount: 2
                 wrapMode: Text.Wrap
                 elide: Text.ElideRight
+                horizontalAlignment: Text.AlignLeft
                 textFormat: Text.PlainText
             }
         }

@@ -31,7 +31,7 @@ Item {
         id: track
         y: 4
         width: parent.width
-        height: 14
+        height: 12
         radius: 2
         color: Theme.neutralSoft
         border.color: Theme.outline
@@ -124,8 +124,9 @@ Item {
     }
     Text {
         id: legend
+        objectName: "legend"
         x: Math.max(0, Math.min(bar.width - width, bar.threshold * bar.unit - width / 2))
-        y: bracket.y + bracket.height
+        y: bracket.y + bracket.height + 2
         text: bar.precision > 0 ? qsTr("référence %1 ± %2").arg(Words.concentration(bar.threshold))
                                     .arg(Words.concentration(bar.precision))
                                 : qsTr("seuil %1").arg(Words.number(bar.threshold, 1))

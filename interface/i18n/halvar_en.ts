@@ -182,8 +182,8 @@
         <translation>Hold the instrument, shutter closed, away from any surface, then start.</translation>
     </message>
     <message>
-        <source>Calibré le %1</source>
-        <translation>Calibrated on %1</translation>
+        <source>Dernier calibrage réussi : %1</source>
+        <translation>Last successful calibration: %1</translation>
     </message>
     <message>
         <source>Plus qu&apos;un essai&#xa0;: un échec bloquera le calibrage.</source>
@@ -1544,7 +1544,7 @@
     </message>
     <message>
         <source>Reprise</source>
-        <translation>On resuming</translation>
+        <translation>On resuming</translation>
     </message>
     <message>
         <source>Fin</source>

@@ -91,7 +91,7 @@ Screen {
                 width: parent.width
                 text: controller.lastCalibrationDate === ""
                     ? qsTr("Date du dernier calibrage : inconnue")
-                    : qsTr("Calibré le %1").arg(controller.lastCalibrationDate)
+                    : qsTr("Dernier calibrage réussi : %1").arg(controller.lastCalibrationDate)
             }
             Body {
                 width: parent.width

@@ -77,8 +77,7 @@ Screen {
         Button {
             objectName: "create"
             width: parent.width
-            // As refused, it would be again.
-            highlighted: screen.refusal === ""
+            highlighted: true
             text: qsTr("Créer le diagnostic")
             onClicked: screen.create()
         }

@@ -171,6 +171,12 @@ Item {
             item.show("Wi-Fi éteint");
             tryCompare(item, "visible", false, 6000);
         }
+        function test_rowOfAScriptThatRunsTheOtherWay_beginsOnTheSideOfTheOthers() {
+            var item = createTemporaryObject(row, stage, { heading: "شقة في الطابق الثالث", detail: "شارع الميناء" });
+            var words = itemsOf(item).filter(function(child) { return child.effectiveHorizontalAlignment !== undefined; });
+            compare(words.length, 2);
+            words.forEach(function(text) { compare(text.effectiveHorizontalAlignment, Text.AlignLeft); });
+        }
         function test_check_keepsRoomAroundTheLinesOfItsText() {
             var box = createTemporaryObject(check, stage, { text: "Effondrement de plancher ou de plafond" });
             verify(box.contentItem.lineCount > 1);

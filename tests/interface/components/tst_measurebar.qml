@@ -104,6 +104,8 @@ Item {
             fuzzyCompare(bracket.x, 0.94 * bar.unit, 1);
             fuzzyCompare(bracket.x + bracket.width, 1.12 * bar.unit, 1);
             verify(named(bar, "lowerEnd") && named(bar, "upperEnd"));
+            // Nor does it stand on the words below.
+            verify(named(bar, "legend").y >= bracket.y + bracket.height + 2);
         }
         function test_bracketThatReachesBelowZero_hasNoEndThere() {
             var bar = createTemporaryObject(measureBar, stage, { concentration: 0.04, sigma: 0.19 });
