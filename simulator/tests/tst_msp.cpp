@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Halvar Controller contributors
 // SPDX-License-Identifier: Apache-2.0
-#include <QtTest>
+#include <QSignalSpy>
+#include <QTest>
 
 #include "msp.h"
 

@@ -3,7 +3,7 @@
 //
 // The protections at work: what would be a way in ends the process instead. Each fault is made on purpose, in
 // a child.
-#include <QtTest>
+#include <QTest>
 
 #include <csignal>
 #include <cstring>

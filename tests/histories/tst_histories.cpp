@@ -9,7 +9,7 @@
 
 #include <QGuiApplication>
 #include <QQmlEngine>
-#include <QtTest>
+#include <QTest>
 
 #include <QsLog.h>
 

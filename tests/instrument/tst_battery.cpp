@@ -3,7 +3,7 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QSignalSpy>
-#include <QtTest>
+#include <QTest>
 
 #include "battery.h"
 #include "logrecorder.h"

@@ -4,7 +4,7 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QTemporaryFile>
-#include <QtTest>
+#include <QTest>
 
 #include <array>
 #include <fcntl.h>

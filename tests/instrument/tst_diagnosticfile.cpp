@@ -3,7 +3,7 @@
 //
 // The diagnostic file: saved, loaded as it was saved, started blank.
 #include <QSignalSpy>
-#include <QtTest>
+#include <QTest>
 
 #include <memory>
 

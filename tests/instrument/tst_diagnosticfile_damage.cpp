@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // Diagnostic files that are damaged or strange, places that take no file, and the removal of files.
+#include <QTest>
 #include <QTextCodec>
-#include <QtTest>
 
 #include <csignal>
 #include <memory>

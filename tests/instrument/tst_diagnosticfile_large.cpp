@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // Diagnostics far larger than any building gives: time and writes grow with the units, no faster.
-#include <QtTest>
+#include <QTest>
 
 #include <memory>
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // Loading a diagnostic: what each element becomes, and what it leaves in the reference lists.
-#include <QtTest>
+#include <QTest>
 
 #include <memory>
 

@@ -4,8 +4,8 @@
 // Assembly and settings of the controller, without its links.
 #include <QFile>
 #include <QSignalSpy>
+#include <QTest>
 #include <QTimer>
-#include <QtTest>
 
 #include "battery.h"
 #include "calibration.h"

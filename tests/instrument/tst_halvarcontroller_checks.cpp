@@ -3,7 +3,7 @@
 //
 // Accuracy checks and calibrations, what the service reports besides, and the observer it reports to.
 #include <QSignalSpy>
-#include <QtTest>
+#include <QTest>
 
 #include "calibration.h"
 #include "halvar-error.h"

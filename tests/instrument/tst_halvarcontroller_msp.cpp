@@ -4,8 +4,8 @@
 // What the controller asks of the safety microcontroller, and what it does with its replies and events.
 #include <QFile>
 #include <QSignalSpy>
+#include <QTest>
 #include <QTimer>
-#include <QtTest>
 
 #include "controllerfixture.h"
 #include "halvar-error.h"

@@ -3,7 +3,7 @@
 //
 // How measures run: the calls made to the analysis service, the state, where results go and how a shot ends.
 #include <QSignalSpy>
-#include <QtTest>
+#include <QTest>
 
 #include "measurelistmodel.h"
 #include "servicefixture.h"

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // What the start of a controller asks of its peers and writes to the log, in which order.
-#include <QtTest>
+#include <QTest>
 
 #include "servicefixture.h"
 

@@ -3,8 +3,9 @@
 //
 // Files that were made to cost far more time or memory than their size accounts for: reading n bytes takes
 // less than 40 n + 20 MB, and seconds.
+#include <QBuffer>
 #include <QElapsedTimer>
-#include <QtTest>
+#include <QTest>
 
 #include <functional>
 #include <memory>

@@ -7,7 +7,7 @@
 #include <QRegularExpression>
 #include <QSet>
 #include <QStandardPaths>
-#include <QtTest>
+#include <QTest>
 
 #include <ctime>
 

@@ -4,7 +4,7 @@
 // What the configuration can do to the instrument's shell, and what of its secrets reaches the log.
 #include <QFile>
 #include <QProcess>
-#include <QtTest>
+#include <QTest>
 
 #include "controllerfixture.h"
 #include "logrecorder.h"

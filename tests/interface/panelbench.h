@@ -6,7 +6,7 @@
 #include <QJsonDocument>
 #include <QQuickItem>
 #include <QQuickWindow>
-#include <QtTest>
+#include <QTest>
 
 #include <algorithm>
 

@@ -4,7 +4,7 @@
 
 #include <QQuickItem>
 #include <QQuickWindow>
-#include <QtTest>
+#include <QTest>
 
 #include <failure.h>
 

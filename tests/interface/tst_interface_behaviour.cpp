@@ -4,8 +4,8 @@
 // What the screens show of what the instrument, the codes and the measures are.
 #include <QQuickItem>
 #include <QQuickWindow>
+#include <QTest>
 #include <QtMath>
-#include <QtTest>
 
 #include <algorithm>
 #include <cmath>

@@ -6,7 +6,8 @@
 #include <QFile>
 #include <QQuickItem>
 #include <QQuickWindow>
-#include <QtTest>
+#include <QSignalSpy>
+#include <QTest>
 
 #include <databaseitemlistmodel.h>
 #include <failure.h>

@@ -6,8 +6,8 @@
 #include <QFile>
 #include <QQuickItem>
 #include <QQuickWindow>
+#include <QTest>
 #include <QThread>
-#include <QtTest>
 
 #include <atomic>
 

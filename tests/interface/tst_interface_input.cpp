@@ -7,7 +7,7 @@
 #include <QGuiApplication>
 #include <QQuickItem>
 #include <QQuickWindow>
-#include <QtTest>
+#include <QTest>
 
 #include <failure.h>
 #include <ud.h>

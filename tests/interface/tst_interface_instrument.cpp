@@ -5,7 +5,7 @@
 #include <QFile>
 #include <QQuickWindow>
 #include <QRegularExpression>
-#include <QtTest>
+#include <QTest>
 
 #include <failure.h>
 #include <halvar-error.h>

@@ -5,7 +5,7 @@
 #include <QFile>
 #include <QQuickItem>
 #include <QQuickWindow>
-#include <QtTest>
+#include <QTest>
 
 #include <QsLog.h>
 

@@ -6,7 +6,7 @@
 #include <QFile>
 #include <QQuickItem>
 #include <QQuickWindow>
-#include <QtTest>
+#include <QTest>
 
 #include <algorithm>
 

@@ -7,7 +7,7 @@
 #include <QQmlProperty>
 #include <QQuickItem>
 #include <QQuickWindow>
-#include <QtTest>
+#include <QTest>
 
 #include <databaseitemlistmodel.h>
 #include <failure.h>

@@ -4,7 +4,7 @@
 // The whole job by the screens: from the code to the saved file and back, with real mouse and key events on
 // the simulated instrument; each state is looked at in every appearance.
 #include <QFile>
-#include <QtTest>
+#include <QTest>
 
 #include <failure.h>
 #include <tour.h>

@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QJsonArray>
 #include <QProcess>
+#include <QSignalSpy>
 #include <QThread>
 #include <QtMath>
 

@@ -3,7 +3,7 @@
 //
 // Every operation that replaces a file, on a data partition with no room left, or with a little.
 #include <QDir>
-#include <QtTest>
+#include <QTest>
 
 #include <memory>
 

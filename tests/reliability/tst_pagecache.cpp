@@ -3,7 +3,7 @@
 //
 // Every operation that replaces a file, on a disk that forgets at a power cut what was not synchronised.
 #include <QDir>
-#include <QtTest>
+#include <QTest>
 
 #include <fcntl.h>
 

@@ -3,7 +3,7 @@
 //
 // Every operation that replaces a file, ended or failed at each of its file-system calls in turn.
 #include <QDir>
-#include <QtTest>
+#include <QTest>
 
 #include <cerrno>
 #include <memory>

@@ -5,7 +5,7 @@
 // are replaced later all the same: what they hold must be found somewhere.
 #include <QDir>
 #include <QDirIterator>
-#include <QtTest>
+#include <QTest>
 
 #include <cerrno>
 #include <memory>

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "diagnostictest.h"
 
-#include <QtTest>
+#include <QTest>
 
 void DiagnosticTest::initTestCase()
 {

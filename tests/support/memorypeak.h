@@ -4,7 +4,7 @@
 #define MEMORYPEAK_H
 
 #include <QFile>
-#include <QtTest>
+#include <QTest>
 
 #include <functional>
 

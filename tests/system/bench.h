@@ -5,7 +5,7 @@
 
 #include <QJsonArray>
 #include <QJsonObject>
-#include <QtTest>
+#include <QTest>
 
 #include "controllerfixture.h"
 #include "logrecorder.h"

@@ -3,7 +3,7 @@
 #ifndef PEERS_H
 #define PEERS_H
 
-#include <QtTest>
+#include <QTest>
 
 #include "middleman.h"
 #include "processwatch.h"

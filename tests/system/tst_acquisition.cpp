@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // Each event that moves a measure on, in each state where it can come.
+#include <QSignalSpy>
+
 #include "bench.h"
 #include "halvar-error.h"
 #include "measurelistmodel.h"

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // Accuracy checks and calibrations.
+#include <QSignalSpy>
+
 #include "bench.h"
 #include "calibration.h"
 #include "measure.h"

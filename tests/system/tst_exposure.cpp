@@ -5,7 +5,8 @@
 // disk.
 #include <QDir>
 #include <QHostAddress>
-#include <QtTest>
+#include <QTest>
+#include <QtEndian>
 
 #include <sys/stat.h>
 #include <unistd.h>

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // Controllers that go while the instrument talks to them, and instruments that go while a controller lives.
+#include <QSignalSpy>
+
 #include "bench.h"
 
 #include <tessel/tessel.h>

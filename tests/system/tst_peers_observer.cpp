@@ -4,6 +4,7 @@
 // Notifications from an analysis service that misbehaves, and strangers at the observer's port.
 #include "bench.h"
 
+#include <QSignalSpy>
 #include <QTcpSocket>
 #include <sys/resource.h>
 

@@ -3,6 +3,8 @@
 //
 // Controllers that come and go, over and over, in each state of their links.
 // HALVAR_STARTSTOP_ROUNDS tells how many in each, 20 unless set.
+#include <QSignalSpy>
+
 #include "bench.h"
 
 #include <tessel/tessel.h>

@@ -6,6 +6,7 @@
 #include "bench.h"
 
 #include <QFile>
+#include <QSignalSpy>
 
 #include "battery.h"
 #include "calibration.h"

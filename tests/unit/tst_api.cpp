@@ -6,7 +6,7 @@
 #include <QFile>
 #include <QMetaMethod>
 #include <QMetaProperty>
-#include <QtTest>
+#include <QTest>
 
 #include "battery.h"
 #include "calibration.h"

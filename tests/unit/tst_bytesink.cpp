@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Halvar Controller contributors
 // SPDX-License-Identifier: Apache-2.0
+#include <QTest>
 #include <QXmlStreamWriter>
-#include <QtTest>
 
 #include <rapidcheck.h>
 

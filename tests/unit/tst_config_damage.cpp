@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Halvar Controller contributors
 // SPDX-License-Identifier: Apache-2.0
 #include <QElapsedTimer>
+#include <QTest>
 #include <QTextCodec>
-#include <QtTest>
 
 #include <memory>
 #include <sys/resource.h>

@@ -4,8 +4,8 @@
 // The reference database: its lists, and how they are read.
 #include <QMetaMethod>
 #include <QPointer>
+#include <QTest>
 #include <QTextCodec>
-#include <QtTest>
 
 #include "databasefixture.h"
 #include "logrecorder.h"

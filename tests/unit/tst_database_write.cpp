@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // The reference database: its unit file as it is written, and when.
-#include <QtTest>
+#include <QTest>
 
 #include <array>
 #include <csignal>

@@ -4,7 +4,7 @@
 #include <QFile>
 #include <QMetaProperty>
 #include <QTemporaryDir>
-#include <QtTest>
+#include <QTest>
 
 #include "databaseitem.h"
 #include "logrecorder.h"

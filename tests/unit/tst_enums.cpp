@@ -3,7 +3,7 @@
 #include <QMetaEnum>
 #include <QQmlComponent>
 #include <QQmlEngine>
-#include <QtTest>
+#include <QTest>
 
 #include <limits>
 #include <memory>

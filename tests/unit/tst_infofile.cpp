@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Halvar Controller contributors
 // SPDX-License-Identifier: Apache-2.0
-#include <QtTest>
+#include <QTest>
 
 #include "infofile.h"
 

@@ -6,7 +6,7 @@
 #include <QQmlContext>
 #include <QQmlEngine>
 #include <QSignalSpy>
-#include <QtTest>
+#include <QTest>
 
 #include <deque>
 #include <limits>

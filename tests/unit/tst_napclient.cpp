@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QMetaMethod>
 #include <QSignalSpy>
-#include <QtTest>
+#include <QTest>
 
 #include "napclient.h"
 #include "signallog.h"

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QDeadlineTimer>
 #include <QSignalSpy>
-#include <QtTest>
+#include <QTest>
 
 #include <thread>
 #include <vector>

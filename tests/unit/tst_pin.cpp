@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QQmlEngine>
 #include <QSignalSpy>
+#include <QTest>
 #include <QTimer>
-#include <QtTest>
 
 #include <limits>
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // A wrong code takes the same time wherever it is wrong, counted in instructions of the processor.
-#include <QtTest>
+#include <QTest>
 
 #include <csignal>
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QAbstractItemModelTester>
 #include <QPointer>
-#include <QtTest>
+#include <QTest>
 
 #include <memory>
 

@@ -2,7 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QPointer>
 #include <QSignalSpy>
-#include <QtTest>
+#include <QTest>
+#include <QTimer>
 
 #include "watchedlist.h"
 

@@ -3,7 +3,7 @@
 #include <QElapsedTimer>
 #include <QPointer>
 #include <QSignalSpy>
-#include <QtTest>
+#include <QTest>
 
 #include <rapidcheck.h>
 

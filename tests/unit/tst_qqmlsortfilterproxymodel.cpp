@@ -5,7 +5,7 @@
 #include <QQmlContext>
 #include <QQmlEngine>
 #include <QQmlExpression>
-#include <QtTest>
+#include <QTest>
 
 #include <memory>
 

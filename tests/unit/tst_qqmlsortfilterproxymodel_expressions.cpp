@@ -4,7 +4,7 @@
 #include <QQmlContext>
 #include <QQmlEngine>
 #include <QRegularExpression>
-#include <QtTest>
+#include <QTest>
 
 #include <functional>
 #include <memory>

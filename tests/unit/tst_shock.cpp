@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Halvar Controller contributors
 // SPDX-License-Identifier: Apache-2.0
 #include <QMetaProperty>
-#include <QtTest>
+#include <QTest>
 
 #include "shock.h"
 

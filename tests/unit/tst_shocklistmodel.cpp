@@ -4,8 +4,8 @@
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
+#include <QTest>
 #include <QTextCodec>
-#include <QtTest>
 
 #include <csignal>
 #include <ctime>

@@ -5,7 +5,7 @@
 #include <QQmlComponent>
 #include <QQmlContext>
 #include <QQmlEngine>
-#include <QtTest>
+#include <QTest>
 
 #include <algorithm>
 #include <memory>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Halvar Controller contributors
 // SPDX-License-Identifier: Apache-2.0
 #include <QTemporaryDir>
-#include <QtTest>
+#include <QTest>
 
 #include <failure.h>
 #include <operator.h>

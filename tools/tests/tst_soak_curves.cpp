@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "curves.h"
 
+#include <QTest>
 #include <QXmlStreamReader>
-#include <QtTest>
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QSet>
-#include <QtTest>
+#include <QTest>
 
 #include <failure.h>
 

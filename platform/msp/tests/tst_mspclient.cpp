@@ -1,9 +1,10 @@
 // SPDX-FileCopyrightText: 2026 Halvar Controller contributors
 // SPDX-License-Identifier: Apache-2.0
 #include <QElapsedTimer>
+#include <QSignalSpy>
+#include <QTest>
 #include <QThread>
 #include <QTimer>
-#include <QtTest>
 
 #include <mspclient.h>
 #include <scriptedmsp.h>

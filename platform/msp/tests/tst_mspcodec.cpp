@@ -3,7 +3,7 @@
 #include <QCborStreamWriter>
 #include <QFile>
 #include <QRegularExpression>
-#include <QtTest>
+#include <QTest>
 
 #include <rapidcheck.h>
 

@@ -3,7 +3,7 @@
 #include <QDateTime>
 #include <QMutex>
 #include <QRegularExpression>
-#include <QtTest>
+#include <QTest>
 
 #include <thread>
 #include <vector>

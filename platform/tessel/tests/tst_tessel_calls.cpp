@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QElapsedTimer>
 #include <QTcpServer>
-#include <QtTest>
+#include <QTest>
 
 #include <thread>
 

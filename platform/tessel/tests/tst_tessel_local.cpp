@@ -2,8 +2,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QElapsedTimer>
 #include <QFile>
+#include <QMutex>
+#include <QMutexLocker>
 #include <QTcpServer>
-#include <QtTest>
+#include <QTest>
 
 #include <thread>
 

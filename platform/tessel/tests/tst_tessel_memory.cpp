@@ -3,7 +3,7 @@
 //
 // What a message may take: room for what has come, not for what it announces; n bytes of it no more than
 // 40 n + 20 MB.
-#include <QtTest>
+#include <QTest>
 
 #include "memorypeak.h"
 #include "protocol.h"

@@ -6,8 +6,8 @@
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QTcpServer>
+#include <QTest>
 #include <QTimer>
-#include <QtTest>
 
 #include <cerrno>
 #include <csignal>
