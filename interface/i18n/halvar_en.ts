@@ -1544,7 +1544,7 @@
     </message>
     <message>
         <source>Reprise</source>
-        <translation>On resuming</translation>
+        <translation>On resuming</translation>
     </message>
     <message>
         <source>Fin</source>
