@@ -69,7 +69,26 @@ private slots:
     void withoutRoomsOrReferenceLists_theFirstRoomIsTyped();
     void room_isFoundWithoutAccentsAndOnlyWhenActivated();
     void newRoom_isKeptInTheDatabase();
+
+private:
+    QQuickItem *standInTheMiddle();
 };
+
+/// Opens the list of 2,000 diagnostics, with the keys on one in its middle.
+QQuickItem *TstInterfaceDiagnostics::standInTheMiddle()
+{
+    Showcase &showcase = *m_showcase;
+    addFiles();
+    showcase.unlock();
+    showcase.open(QStringLiteral("DiagnosticsScreen"));
+    QQuickItem *list = itemNamed(QStringLiteral("diagnosticList"));
+    showcase.hand->waitFor([&] { return list->property("count").toInt() > 2000; },
+                           QStringLiteral("the files are to be listed"));
+    list->setProperty("currentIndex", 1000);
+    showcase.hand->pause(50);
+    list->property("currentItem").value<QQuickItem *>()->forceActiveFocus();
+    return list;
+}
 
 void TstInterfaceDiagnostics::listOfDiagnostics_followsTheirDirectoryWhileItIsShown()
 try {
@@ -100,15 +119,7 @@ void TstInterfaceDiagnostics::fileThatComesOrGoes_leavesTheListWhereItIsRead()
 try {
     Showcase &showcase = *m_showcase;
     const QString files = Showcase::home() + QStringLiteral("files/");
-    addFiles();
-    showcase.unlock();
-    showcase.open(QStringLiteral("DiagnosticsScreen"));
-    QQuickItem *list = itemNamed(QStringLiteral("diagnosticList"));
-    showcase.hand->waitFor([&] { return list->property("count").toInt() > 2000; },
-                           QStringLiteral("the files are to be listed"));
-    list->setProperty("currentIndex", 1000);
-    showcase.hand->pause(50);
-    list->property("currentItem").value<QQuickItem *>()->forceActiveFocus();
+    QQuickItem *list = standInTheMiddle();
     const QString name = focusedRow(showcase.window);
     const auto place = [&] { return showcase.window->activeFocusItem()->mapToScene(QPointF()).y(); };
     const double before = place();
@@ -186,15 +197,7 @@ try {
 void TstInterfaceDiagnostics::diagnosticThatWasLeft_isTheChosenOneInSight()
 try {
     Showcase &showcase = *m_showcase;
-    addFiles();
-    showcase.unlock();
-    showcase.open(QStringLiteral("DiagnosticsScreen"));
-    QQuickItem *list = itemNamed(QStringLiteral("diagnosticList"));
-    showcase.hand->waitFor([&] { return list->property("count").toInt() > 2000; },
-                           QStringLiteral("the files are to be listed"));
-    list->setProperty("currentIndex", 1000);
-    showcase.hand->pause(50);
-    list->property("currentItem").value<QQuickItem *>()->forceActiveFocus();
+    QQuickItem *list = standInTheMiddle();
     const QString name = focusedRow(showcase.window);
     showcase.hand->key(Qt::Key_Return);
     showcase.hand->waitForScreen(QStringLiteral("DiagnosticScreen"));
